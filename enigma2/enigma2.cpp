@@ -1,0 +1,72 @@
+#include "enigma2/enigma2.h"
+
+#include "enigma2/enigma2_thread.h"
+#include "platform/log_record.h"
+
+#include <QIODevice>
+
+Enigma2::Enigma2(QObject *parent)
+    : QObject(parent)
+    , m_sendSocket(new QLocalSocket(this))
+    , m_thread(std::make_unique<Enigma2Thread>(this))
+{
+    connect(m_sendSocket, &QLocalSocket::connected, this, &Enigma2::onConnected);
+    connect(m_sendSocket, &QLocalSocket::errorOccurred, this, &Enigma2::onError);
+}
+
+Enigma2::~Enigma2()
+{
+    // While the process lives nobody asks the reader to stop; here it must, since it uses this.
+    m_thread->requestInterruption();
+    m_thread->wait();
+}
+
+void Enigma2::ConnectServer(const QString &name)
+{
+    m_sendSocket->abort();
+    m_sendSocket->connectToServer(name, QIODevice::ReadWrite);
+    m_thread->setServerName(name);
+    m_thread->start(QThread::InheritPriority);
+}
+
+void Enigma2::SendMessage(Command type, std::string_view payload)
+{
+    const auto header = packFrameHeader(static_cast<std::int32_t>(type), payload.size());
+    QByteArray frame;
+    frame.reserve(static_cast<int>(header.size() + payload.size()));
+    frame.append(header.data(), static_cast<int>(header.size()));
+    frame.append(payload.data(), static_cast<int>(payload.size()));
+    m_sendSocket->write(frame);
+    m_sendSocket->flush();
+}
+
+void Enigma2::SendString(Command type, const QString &text)
+{
+    const QByteArray bytes = text.toLatin1();
+    SendMessage(type, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+}
+
+void Enigma2::ReadMessages(QIODevice &socket)
+{
+    const QByteArray bytes = socket.readAll();
+    m_splitter.feed({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    Frame frame;
+    // A lone piece of a header yields frames without end, so leaving must stay possible.
+    while (!m_thread->isInterruptionRequested() && m_splitter.next(frame))
+        HandleMessage(frame.type, frame.payload);
+}
+
+void Enigma2::onConnected()
+{
+    logRecord("Enigma2 onConnected");
+    VirtualScreen(1280);
+}
+
+void Enigma2::onDisConnected() { logRecord("Enigma2 onDisConnected"); }
+
+void Enigma2::onError(QLocalSocket::LocalSocketError error)
+{
+    logRecord("Enigma2 onError: ", static_cast<int>(error));
+}
+
+void Enigma2::onStateChanged() {}

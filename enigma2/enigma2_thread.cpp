@@ -1,0 +1,39 @@
+#include "enigma2/enigma2_thread.h"
+
+#include "enigma2/enigma2.h"
+#include "platform/log_record.h"
+
+namespace {
+
+constexpr int pollMilliseconds = 20;
+
+} // namespace
+
+Enigma2Thread::Enigma2Thread(Enigma2 *owner)
+    : m_owner(owner)
+{
+}
+
+void Enigma2Thread::run()
+{
+    QLocalSocket socket;
+    connect(&socket, &QLocalSocket::connected, this, &Enigma2Thread::onConnected);
+    socket.abort();
+    socket.connectToServer(m_serverName, QIODevice::ReadWrite);
+    logRecord("当前线程ID:", QThread::currentThreadId());
+    logRecord("开始执行");
+    while (!isInterruptionRequested()) {
+        if (socket.waitForReadyRead(pollMilliseconds))
+            m_owner->ReadMessages(socket);
+        else if (socket.state() == QLocalSocket::UnconnectedState)
+            msleep(pollMilliseconds); // An unconnected socket does not wait; spare the processor.
+    }
+    logRecord("结束执行");
+}
+
+void Enigma2Thread::onConnected() { logRecord("Enigma2Thread onConnected"); }
+
+void Enigma2Thread::onError(QLocalSocket::LocalSocketError error)
+{
+    logRecord("Enigma2Thread onError: ", static_cast<int>(error));
+}
