@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QStandardPaths>
-#include <QStringList>
 
 #include <unistd.h>
 
@@ -53,8 +52,18 @@ QString BoxPaths::keyboardPageUrl()
 
 QString BoxPaths::servicesPageUrl() { return "file://" + below("/home/web/services.html"); }
 
+QString BoxPaths::localPagesUrl() { return "file:///home/web"; }
+
 QString BoxPaths::actionScript() { return below("/home/default/action.sh"); }
 
 QString BoxPaths::decoderFile(const QString &name) { return below("/proc/stb/vmpeg/0/" + name); }
 
 QString BoxPaths::parameterFile() { return below("/etc/stb_params"); }
+
+QStringList BoxPaths::serialNumberFiles()
+{
+    return {below("/proc/stb/info/sn"), below("/proc/device-tree/serial-number"),
+            below("/sys/firmware/devicetree/base/serial-number")};
+}
+
+QString BoxPaths::processorInfoFile() { return below("/proc/cpuinfo"); }

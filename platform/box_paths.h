@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /**
  * Every absolute path of the box, each below one root. The root is empty in the box build, so the
@@ -27,6 +28,9 @@ QString keyboardPageUrl();
 /** URL of the local services page, whose absence the receiver is told of. */
 QString servicesPageUrl();
 
+/** Beginning of the URLs of the box's local pages, as portals write it whatever the root. */
+QString localPagesUrl();
+
 /** Script that carries out a portal's system actions. */
 QString actionScript();
 
@@ -35,5 +39,11 @@ QString decoderFile(const QString &name);
 
 /** Box parameters, an opaque text that the portal reads and writes whole. */
 QString parameterFile();
+
+/** Files that may hold the box's serial number and nothing else, the best source first. */
+QStringList serialNumberFiles();
+
+/** The kernel's list of processors, which may have a line with a serial number. */
+QString processorInfoFile();
 
 } // namespace BoxPaths

@@ -16,3 +16,19 @@ void logRecord(const Items &...items)
     QDebug stream = QMessageLogger().debug();
     (stream << ... << items);
 }
+
+/** Writes a record as logRecord() does and returns the answer, which the record does not hold. */
+template <typename Answer, typename... Items>
+Answer loggedAnswer(const Answer &answer, const Items &...items)
+{
+    logRecord(items...);
+    return answer;
+}
+
+/** Writes a record that ends with the result, and returns the result. */
+template <typename Result, typename... Items>
+Result loggedResult(const Result &result, const Items &...items)
+{
+    logRecord(items..., result);
+    return result;
+}

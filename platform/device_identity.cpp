@@ -1,0 +1,103 @@
+#include "platform/device_identity.h"
+
+#include "platform/box_paths.h"
+
+#include <QFile>
+#include <QList>
+
+#include <algorithm>
+
+namespace {
+
+// Longest piece of a provisioning file that is looked at; a processor list takes a few KiB.
+constexpr qint64 longestText = 64 * 1024;
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.read(longestText) : QByteArray();
+}
+
+// The device tree ends its texts with NULs, drivers theirs with line breaks.
+QString trimmed(QByteArray text) { return QString::fromUtf8(text.replace('\0', ' ')).trimmed(); }
+
+QString processorSerial()
+{
+    const QList<QByteArray> lines = contentOf(BoxPaths::processorInfoFile()).split('\n');
+    for (const QByteArray &line : lines) {
+        const int colon = line.indexOf(':');
+        if (colon < 0 || line.left(colon).trimmed() != "Serial")
+            continue;
+        const QString serial = trimmed(line.mid(colon + 1));
+        // Kernels print zeros for a processor that was never given a number.
+        if (serial.count('0') != serial.size())
+            return serial;
+    }
+    return QString();
+}
+
+bool hasMacAddress(const NetworkLink &link)
+{
+    // Tunnels and the like show none or only zeros.
+    return link.kind != NetworkLink::Kind::Loopback &&
+           std::any_of(link.hardwareAddress.begin(), link.hardwareAddress.end(),
+                       [](QChar c) { return c != '0' && c != ':'; });
+}
+
+QVector<NetworkLink> linksOfThisBox()
+{
+    QVector<NetworkLink> links;
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &interface : interfaces)
+        links.append({interface.name(), networkLinkKind(interface.type(), interface.name()),
+                      interface.hardwareAddress()});
+    return links;
+}
+
+} // namespace
+
+DeviceIdentity DeviceIdentity::ofThisBox()
+{
+    const QString macAddress = chooseMacAddress(linksOfThisBox());
+    return {findSerialNumber(macAddress), macAddress};
+}
+
+NetworkLink::Kind networkLinkKind(QNetworkInterface::InterfaceType type, const QString &name)
+{
+    switch (type) {
+    case QNetworkInterface::Ethernet: return NetworkLink::Kind::Wired;
+    case QNetworkInterface::Wifi: return NetworkLink::Kind::Wifi;
+    case QNetworkInterface::Loopback: return NetworkLink::Kind::Loopback;
+    case QNetworkInterface::Unknown: break;
+    default: return NetworkLink::Kind::Other;
+    }
+    if (name.startsWith("eth") || name.startsWith("en"))
+        return NetworkLink::Kind::Wired;
+    return name == "lo" ? NetworkLink::Kind::Loopback : NetworkLink::Kind::Other;
+}
+
+QString chooseMacAddress(const QVector<NetworkLink> &links)
+{
+    QString other;
+    for (const NetworkLink &link : links) {
+        if (!hasMacAddress(link))
+            continue;
+        if (link.kind == NetworkLink::Kind::Wired)
+            return link.hardwareAddress;
+        if (other.isEmpty())
+            other = link.hardwareAddress;
+    }
+    return other;
+}
+
+QString findSerialNumber(const QString &macAddress)
+{
+    const QStringList files = BoxPaths::serialNumberFiles();
+    for (const QString &path : files) {
+        const QString serial = trimmed(contentOf(path));
+        if (!serial.isEmpty())
+            return serial;
+    }
+    const QString serial = processorSerial();
+    return serial.isEmpty() ? QString(macAddress).remove(':') : serial;
+}
