@@ -1,0 +1,62 @@
+#include "api/environment_settings.h"
+
+#include "api/settings_file.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+struct DefaultSetting
+{
+    const char *name;
+    const char *value;
+};
+
+constexpr DefaultSetting defaultSettings[] = {
+    {"language", "en"},
+    {"timezone_conf", "Europe/Kiev"},
+    {"timezone_conf_int", ""},
+    {"clock_format", "12h"},
+};
+
+QString defaultOf(const QString &name)
+{
+    for (const DefaultSetting &setting : defaultSettings) {
+        if (name == QLatin1String(setting.name))
+            return QLatin1String(setting.value);
+    }
+    return QString();
+}
+
+QJsonObject parsedObject(const QString &text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
+
+} // namespace
+
+QString environmentAnswer(const QString &args, const SettingsFile &settings)
+{
+    QJsonObject result;
+    const QJsonArray names = parsedObject(args).value("varList").toArray();
+    for (const QJsonValue &element : names) {
+        if (!element.isString())
+            continue;
+        const QString name = element.toString();
+        result.insert(name, settings.read(name, defaultOf(name)));
+    }
+    // The writer sorts the members, which gives the order that portals expect.
+    const QJsonObject answer = {{"errCode", 0}, {"errMsg", ""}, {"result", result}};
+    return QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact));
+}
+
+void storeEnvironment(const QString &args, const SettingsFile &settings)
+{
+    const QJsonObject members = parsedObject(args);
+    for (auto member = members.begin(); member != members.end(); ++member) {
+        if (member.value().isString())
+            settings.write(member.key(), member.value().toString());
+    }
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+/** What a portal's named action asks for. */
+struct SystemAction
+{
+    enum class Kind {
+        ScreenMode, ///< The receiver shall switch the resolution.
+        Ignored,    ///< Accepted, and nothing happens.
+        Reboot,
+        Script, ///< The box's action script carries it out.
+    };
+
+    Kind kind = Kind::Script;
+    QString screenModeText; ///< For ScreenMode: the resolution as the portal wrote it.
+    int screenMode = 0;     ///< For ScreenMode: its number; 0 if it is none.
+};
+
+/** Understands an action by its beginning; upper and lower case differ. Any thread. */
+SystemAction parseSystemAction(const QString &action);
+
+/**
+ * Runs the script with the shell and waits until it ends, at most timeoutMs milliseconds; the
+ * caller is blocked so long. A script still running then is killed with all that it started.
+ * Status and output are ignored; a missing script only fails. Any thread.
+ */
+void runActionScript(const QString &script, const QString &action, int timeoutMs = 30000);
