@@ -1,0 +1,5 @@
+#include "objects/surface.h"
+
+#include "platform/log_record.h"
+
+int stbSurface::getId() const { return loggedResult(1, "getId", "():"); }
