@@ -1,0 +1,65 @@
+/*
+ * The bridge into the pages: publishes the box's objects under their JavaScript names whenever a
+ * page clears its window object, and injects the scripts that complete the interface.
+ */
+#include "api/vesprelv2.h"
+#include "objects/player.h"
+#include "objects/player_manager.h"
+#include "objects/pvr_manager.h"
+#include "objects/storage.h"
+#include "objects/time_shift.h"
+#include "objects/web_window.h"
+#include "objects/window_manager.h"
+#include "platform/log_record.h"
+#include "shell/injected_script.h"
+#include "shell/window.h"
+
+#include <QWebFrame>
+#include <QWebView>
+
+void Window::SetupJSObject()
+{
+    QWebView *view = currentView();
+    if (!view)
+        return;
+    QWebFrame *frame = view->page()->mainFrame();
+    frame->addToJavaScriptWindowObject("gSTB", m_gSTB);
+    frame->addToJavaScriptWindowObject("stbPlayerManager", m_playerManager);
+    frame->addToJavaScriptWindowObject("stbPlayer", m_playerManager->firstPlayer());
+    frame->addToJavaScriptWindowObject("pvrManager", m_pvrManager);
+    frame->addToJavaScriptWindowObject("timeShift", m_timeShift);
+    frame->addToJavaScriptWindowObject("stbStorage", m_storage);
+    frame->addToJavaScriptWindowObject("stbWindowMgr", m_windowManager);
+    frame->addToJavaScriptWindowObject("stbWebWindow", m_webWindow);
+    injectScript("shim.js");
+    PreviewHole();
+    PrependKeyboard();
+}
+
+void Window::SetupKeyboardJSObject()
+{
+    QWebFrame *frame = m_keyboardView->page()->mainFrame();
+    frame->addToJavaScriptWindowObject("gSTB", m_gSTB);
+    frame->addToJavaScriptWindowObject("timeShift", m_timeShift);
+    frame->addToJavaScriptWindowObject("stbStorage", m_storage);
+    frame->addToJavaScriptWindowObject("stbWindowMgr", m_windowManager);
+    frame->addToJavaScriptWindowObject("stbWebWindow", m_webWindow);
+    // Into the portal, where the keys are entered, not into the keyboard page.
+    PrependKeyboard();
+}
+
+void Window::PreviewHole() { injectScript("hole.js"); }
+
+void Window::ShowPreviewHole() { injectScript("show_hole.js"); }
+
+void Window::HidePreviewHole() { injectScript("hide_hole.js"); }
+
+void Window::PrependKeyboard() { injectScript("kb.js"); }
+
+void Window::injectScript(const char *name)
+{
+    if (const auto script = injectedScript(name))
+        evaluate(*script);
+    else
+        logRecord(qPrintable(QString("failed open %1").arg(name)));
+}

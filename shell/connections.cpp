@@ -1,0 +1,79 @@
+/*
+ * The wiring table: who asks whom. Each line is one edge; requests run within the call, events of
+ * the receiver arrive queued from its reader thread.
+ */
+#include "api/vesprelv2.h"
+#include "enigma2/enigma2.h"
+#include "objects/pvr_manager.h"
+#include "objects/web_window.h"
+#include "objects/window_manager.h"
+#include "shell/window.h"
+
+void Window::connectReceiverEvents()
+{
+    // clang-format off
+    connect(m_enigma2, &Enigma2::OnNewPortal,       this, &Window::OnNewPortal);
+    connect(m_enigma2, &Enigma2::OnPlayStart,       this, &Window::OnPlayStart);
+    connect(m_enigma2, &Enigma2::OnPlayEnd,         this, &Window::OnPlayEnd);
+    connect(m_enigma2, &Enigma2::OnPlayProgressive, this, &Window::OnPlayProgressive);
+    connect(m_enigma2, &Enigma2::OnPlayTStatus,     this, &Window::OnPlayTStatus);
+    connect(m_enigma2, &Enigma2::OnAudioPids,       this, &Window::OnAudioPids);
+    connect(m_enigma2, &Enigma2::OnSubPids,         this, &Window::OnSubPids);
+    connect(m_enigma2, &Enigma2::OnAudioPid,        this, &Window::OnAudioPid);
+    connect(m_enigma2, &Enigma2::OnSubPid,          this, &Window::OnSubPid);
+    connect(m_enigma2, &Enigma2::OnUsbMounted,      this, &Window::OnUsbMounted);
+    connect(m_enigma2, &Enigma2::OnUsbUmounted,     this, &Window::OnUsbUmounted);
+    connect(m_enigma2, &Enigma2::OnPvrRecStarted,   this, &Window::OnPvrRecStarted);
+    connect(m_enigma2, &Enigma2::OnPvrRecFinished,  this, &Window::OnPvrRecFinished);
+    connect(m_enigma2, &Enigma2::OnPvrRecError,     this, &Window::OnPvrRecError);
+    connect(m_enigma2, &Enigma2::OnPowerOff,        this, &Window::OnPowerOff);
+    connect(m_enigma2, &Enigma2::OnPowerOn,         this, &Window::OnPowerOn);
+    // clang-format on
+}
+
+void Window::connectPortalRequests()
+{
+    // clang-format off
+    connect(m_gSTB, &VesprelV2::sFirstPlay,      this,      &Window::OnFirstPlay);
+    connect(m_gSTB, &VesprelV2::OnPlay,          m_enigma2, &Enigma2::MediaPlay);
+    connect(m_gSTB, &VesprelV2::OnStop,          m_enigma2, &Enigma2::MediaStop);
+    connect(m_gSTB, &VesprelV2::OnSeekTime,      m_enigma2, &Enigma2::MediaSeek);
+    connect(m_gSTB, &VesprelV2::OnPause,         m_enigma2, &Enigma2::MediaPause);
+    connect(m_gSTB, &VesprelV2::OnContinue,      m_enigma2, &Enigma2::MediaResume);
+    connect(m_gSTB, &VesprelV2::OnScreenMode,    m_enigma2, &Enigma2::VirtualScreen);
+    connect(m_gSTB, &VesprelV2::OnViewPort,      m_enigma2, &Enigma2::ViewPort);
+    connect(m_gSTB, &VesprelV2::OnAudioTrack,    m_enigma2, &Enigma2::AudioTrack);
+    connect(m_gSTB, &VesprelV2::OnSubTrack,      m_enigma2, &Enigma2::SubTrack);
+    connect(m_gSTB, &VesprelV2::OnAudioLangs,    m_enigma2, &Enigma2::AudioLangs);
+    connect(m_gSTB, &VesprelV2::OnSubLangs,      m_enigma2, &Enigma2::SubLangs);
+    connect(m_gSTB, &VesprelV2::OnSubOnOff,      m_enigma2, &Enigma2::SubOnOff);
+    connect(m_gSTB, &VesprelV2::OnReboot,        m_enigma2, &Enigma2::Reboot);
+    connect(m_gSTB, &VesprelV2::sGetStorageInfo, m_enigma2, &Enigma2::GetStorageInfo);
+    connect(m_gSTB, &VesprelV2::sSetAspect,      m_enigma2, &Enigma2::SetAspect);
+    connect(m_gSTB, &VesprelV2::VKeyboardOpen,   this,      &Window::VirtualKeyboardOpen);
+    connect(m_gSTB, &VesprelV2::VKeyboardClose,  this,      &Window::VirtualKeyboardClose);
+    connect(m_gSTB, &VesprelV2::OnShowHole,      this,      &Window::ShowPreviewHole);
+    connect(m_gSTB, &VesprelV2::OnHideHole,      this,      &Window::HidePreviewHole);
+    connect(m_gSTB, &VesprelV2::OnPortalLoaded,  this,      &Window::OnPortalLoaded);
+
+    connect(m_pvrManager, &PvrManager::sCreateTask,         m_enigma2, &Enigma2::PvrCreateTask);
+    connect(m_pvrManager, &PvrManager::sRemoveTask,         m_enigma2, &Enigma2::PvrRemoveTask);
+    connect(m_pvrManager, &PvrManager::sChangeEndTime,      m_enigma2, &Enigma2::PvrChangeEndTime);
+    connect(m_pvrManager, &PvrManager::sGetTaskByID,        m_enigma2, &Enigma2::PvrGetTaskByID);
+    connect(m_pvrManager, &PvrManager::sGetTasksByIDs,      m_enigma2, &Enigma2::PvrGetTasksByIDs);
+    connect(m_pvrManager, &PvrManager::sSetMaxRecordingCnt, m_enigma2, &Enigma2::PvrSetMaxRecordingCnt);
+    connect(m_pvrManager, &PvrManager::sGetAllTasks,        m_enigma2, &Enigma2::PvrGetAllTasks);
+    // clang-format on
+}
+
+void Window::connectWindowObjects()
+{
+    // clang-format off
+    connect(m_windowManager, &stbWindowMgr::WebFavor,       this, &Window::WinOpenWebFavorites);
+    connect(m_windowManager, &stbWindowMgr::GetFocusPos,    this, &Window::UpdateFocusedPos);
+    connect(m_webWindow,     &stbWebWindow::OnVKey,         this, &Window::VirtualKeyboardOnKey);
+    connect(m_webWindow,     &stbWebWindow::SetKeyboardPos, this, &Window::VirtualKeyboardSetPos);
+    connect(m_webWindow,     &stbWebWindow::VKeyboardHide,  this, &Window::VirtualKeyboardClose);
+    connect(m_webWindow,     &stbWebWindow::sClose,         this, &Window::OnWebWindowClose);
+    // clang-format on
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+#include <Qt>
+
+class QWidget;
+
+/**
+ * Posts a key press and release to a widget. Posted keys are not spontaneous, so the key filter
+ * lets them pass and never translates a key twice. GUI thread.
+ */
+void postKey(QWidget *receiver, int key, Qt::KeyboardModifiers modifiers,
+             const QString &text = QString());
