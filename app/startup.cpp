@@ -1,0 +1,52 @@
+#include "app/startup.h"
+
+#include "app/log_sink.h"
+#include "platform/box_paths.h"
+#include "shell/window.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QUrl>
+
+#include <clocale>
+
+namespace {
+
+/** Writes messages to the log file if the box asks for it; otherwise Qt's default output stays. */
+void switchLogOn()
+{
+    if (qgetenv("Q_VESPREL_LOG") == "true")
+        qInstallMessageHandler(writeToLog);
+}
+
+/** For the web engine and for child processes; docs/box.md tells why each. */
+void setEnvironment()
+{
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    qputenv("QT_IM_MODULE", "none");
+    qputenv("LC_ALL", "C.UTF-8");
+    // At once, since the first path decides how file names are encoded for good.
+    std::setlocale(LC_ALL, "");
+}
+
+} // namespace
+
+int runVesprel(int &argc, char **argv)
+{
+    switchLogOn();
+    setEnvironment();
+    const QString home = BoxPaths::applicationHome();
+    qputenv("APP_HOME", QFile::encodeName(home));
+    const QDir homeDirectory(home);
+    if (!homeDirectory.exists())
+        homeDirectory.mkpath(home);
+
+    QApplication application(argc, argv);
+    Window window;
+    const QString portal = qEnvironmentVariable("Q_VESPREL_PORTAL");
+    QApplication::setOverrideCursor(Qt::BlankCursor);
+    window.setUrl(QUrl(portal, QUrl::TolerantMode));
+    window.showMaximized();
+    return QApplication::exec();
+}
