@@ -1,0 +1,396 @@
+#include "enigma2/enigma2.h"
+#include "enigma2/private_settings_name.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/receiver_peer.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <functional>
+
+namespace {
+
+using Action = std::function<void(Enigma2 &)>;
+using Request = std::function<QVariant(Enigma2 &)>;
+
+const QByteArray screenFrame = "3ade68b1000004b00000000400000500";
+
+} // namespace
+
+Q_DECLARE_METATYPE(Action)
+Q_DECLARE_METATYPE(Request)
+
+/** The link against a real local socket; the wire's oracle is literal bytes. */
+class TestEnigma2 : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<ReceiverPeer> m_peer;
+    std::unique_ptr<Enigma2> m_link;
+
+    QString socketPath() const { return m_folder->filePath("receiver"); }
+
+    void connectLink()
+    {
+        m_peer = std::make_unique<ReceiverPeer>(socketPath());
+        m_link->ConnectServer(socketPath());
+        QTRY_VERIFY(m_peer->isConnected());
+        QTRY_COMPARE(m_peer->received(), screenFrame);
+        m_peer->clear();
+    }
+
+    static QByteArray frame(const QByteArray &typeAndLength, const QByteArray &payload = {})
+    {
+        return "3ade68b1" + typeAndLength + payload;
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_link = std::make_unique<Enigma2>();
+        m_link->setReplyTimeout(60);
+    }
+
+    void cleanup()
+    {
+        m_link.reset();
+        m_peer.reset();
+        m_folder.reset();
+    }
+
+    void commands_data()
+    {
+        QTest::addColumn<Action>("action");
+        QTest::addColumn<QByteArray>("bytes");
+        const auto row = [](const char *name, const QByteArray &bytes, const Action &action) {
+            QTest::newRow(name) << action << bytes.simplified().replace(' ', "");
+        };
+        row("MediaPlay", "3ade68b1 000003e8 00000003 e93f3f",
+            [](Enigma2 &e) { e.MediaPlay(QString::fromUtf8("\u00e9\u20ac\u0416")); });
+        row("MediaPlay empty", "3ade68b1 000003e8 00000000", [](Enigma2 &e) { e.MediaPlay(""); });
+        row("MediaStop", "3ade68b1 000003e9 00000000", [](Enigma2 &e) { e.MediaStop(); });
+        row("MediaPause", "3ade68b1 000003ea 00000000", [](Enigma2 &e) { e.MediaPause(); });
+        row("MediaResume", "3ade68b1 000003eb 00000000", [](Enigma2 &e) { e.MediaResume(); });
+        row("MediaSeek", "3ade68b1 000003ed 00000004 0000001e",
+            [](Enigma2 &e) { e.MediaSeek(30); });
+        row("MediaSeek negative", "3ade68b1 000003ed 00000004 fffffffe",
+            [](Enigma2 &e) { e.MediaSeek(-2); });
+        row("AudioTrack", "3ade68b1 000003f4 00000004 00000101",
+            [](Enigma2 &e) { e.AudioTrack(257); });
+        row("AudioLangs", "3ade68b1 000003f5 00000003 727573 3ade68b1 000003f6 00000003 656e67",
+            [](Enigma2 &e) { e.AudioLangs("rus", "eng"); });
+        row("SubTrack", "3ade68b1 000003fe 00000004 00000005", [](Enigma2 &e) { e.SubTrack(5); });
+        row("SubLangs", "3ade68b1 000003ff 00000002 7275 3ade68b1 00000400 00000000",
+            [](Enigma2 &e) { e.SubLangs("ru", ""); });
+        row("SubOnOff", "3ade68b1 00000401 00000004 00000001 3ade68b1 00000401 00000004 00000000",
+            [](Enigma2 &e) {
+                e.SubOnOff(true);
+                e.SubOnOff(false);
+            });
+        row("VolUp", "3ade68b1 0000044c 00000000", [](Enigma2 &e) { e.VolUp(); });
+        row("VolDown", "3ade68b1 0000044d 00000000", [](Enigma2 &e) { e.VolDown(); });
+        row("Mute", "3ade68b1 0000044e 00000000", [](Enigma2 &e) { e.Mute(); });
+        row("VirtualScreen", "3ade68b1 000004b0 00000004 00000780",
+            [](Enigma2 &e) { e.VirtualScreen(1920); });
+        row("ViewPort", "3ade68b1 000004b2 00000010 0000000a 00000014 00000500 000002d0",
+            [](Enigma2 &e) { e.ViewPort(10, 20, 1280, 720); });
+        row("SetAspect", "3ade68b1 000004b3 00000004 00000010",
+            [](Enigma2 &e) { e.SetAspect(16); });
+        row("Reboot", "3ade68b1 0000076d 00000000", [](Enigma2 &e) { e.Reboot(); });
+        row("RunApp", "3ade68b1 00000776 00000004 61707073", [](Enigma2 &e) { e.RunApp("apps"); });
+        row("Standby", "3ade68b1 00000777 00000000", [](Enigma2 &e) { e.Standby(); });
+        row("Exit", "3ade68b1 000007cf 00000000", [](Enigma2 &e) { e.Exit(); });
+    }
+
+    void commands()
+    {
+        QFETCH(Action, action);
+        QFETCH(QByteArray, bytes);
+        connectLink();
+        action(*m_link);
+        QTRY_COMPARE(m_peer->received(), bytes);
+    }
+
+    void events_data()
+    {
+        QTest::addColumn<QByteArray>("hex");
+        QTest::addColumn<QByteArray>("signal");
+        QTest::addColumn<QVariantList>("arguments");
+        const auto row = [](const char *name, const char *hex, const char *signal,
+                            const QVariantList &arguments = {}) {
+            QTest::newRow(name) << QByteArray(hex) << QByteArray(signal) << arguments;
+        };
+        row("new portal", "3ade68b1000003e800000004 613a2fe9", "OnNewPortal(QString)",
+            {QString::fromUtf8("a:/\u00e9")});
+        row("play start", "3ade68b1000003e900000000", "OnPlayStart()");
+        row("play start with payload", "3ade68b1000003e900000001 ff", "OnPlayStart()");
+        row("play end", "3ade68b1000003ea00000000", "OnPlayEnd()");
+        row("progressive", "3ade68b1000003eb00000000", "OnPlayProgressive()");
+        row("time status", "3ade68b1000003ed00000008 0000ea60 ffffffff", "OnPlayTStatus(int,int)",
+            {60000, -1});
+        row("time status cut", "3ade68b1000003ed00000005 0000ea60 01", "OnPlayTStatus(int,int)",
+            {60000, 0x01000000});
+        row("time status empty", "3ade68b1000003ed00000000", "OnPlayTStatus(int,int)", {0, 0});
+        row("audio list", "3ade68b1000003f200000004 5be2825d", "OnAudioPids(QString)",
+            {QString::fromUtf8("[\xe2\x82]")});
+        row("audio list ends at NUL", "3ade68b1000003f200000004 5b5d0041", "OnAudioPids(QString)",
+            {"[]"});
+        row("audio pid", "3ade68b1000003f300000004 00000101", "OnAudioPid(int)", {257});
+        row("subtitle list", "3ade68b1000003f500000002 d096", "OnSubPids(QString)",
+            {QString::fromUtf8("\u0416")});
+        row("subtitle pid", "3ade68b1000003f600000004 00000005", "OnSubPid(int)", {5});
+        row("usb mounted", "3ade68b1000003f900000000", "OnUsbMounted()");
+        row("usb unmounted", "3ade68b1000003fa00000000", "OnUsbUmounted()");
+        row("recording started", "3ade68b10000040200000004 00000007", "OnPvrRecStarted(int)", {7});
+        row("recording finished", "3ade68b10000040300000004 00000007", "OnPvrRecFinished(int)",
+            {7});
+        row("recording error", "3ade68b10000040400000004 ffffffff", "OnPvrRecError(int)", {-1});
+        row("power off", "3ade68b10000040500000000", "OnPowerOff()");
+        row("power on", "3ade68b10000040600000000", "OnPowerOn()");
+    }
+
+    /** Each event raises its signal, and no other event signal, in the thread of the receiver. */
+    void events()
+    {
+        QFETCH(QByteArray, hex);
+        QFETCH(QByteArray, signal);
+        QFETCH(QVariantList, arguments);
+        connectLink();
+        std::vector<std::unique_ptr<QSignalSpy>> others;
+        std::unique_ptr<QSignalSpy> expected;
+        const QMetaObject &meta = Enigma2::staticMetaObject;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            const QMetaMethod method = meta.method(i);
+            if (method.methodType() != QMetaMethod::Signal)
+                continue;
+            auto spy = std::make_unique<QSignalSpy>(m_link.get(), method);
+            if (method.methodSignature() == signal)
+                expected = std::move(spy);
+            else
+                others.push_back(std::move(spy));
+        }
+        QVERIFY(expected);
+        m_peer->send(hex);
+        QTRY_COMPARE(expected->count(), 1);
+        QCOMPARE(expected->first(), arguments);
+        for (const auto &spy : others)
+            QVERIFY2(spy->isEmpty(), spy->signal());
+    }
+
+    /** Empty texts, unknown types and answers that nobody awaits raise nothing. */
+    void droppedFrames()
+    {
+        connectLink();
+        QSignalSpy portal(m_link.get(), &Enigma2::OnNewPortal);
+        QSignalSpy audio(m_link.get(), &Enigma2::OnAudioPids);
+        QSignalSpy subtitles(m_link.get(), &Enigma2::OnSubPids);
+        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
+        for (const char *typeAndLength :
+             {"000003e800000000", "000003f200000000", "000003f500000000", "000003ec00000000",
+              "000003ee00000000", "000003f400000000", "000003f700000000", "000003e700000000",
+              "0000040700000000", "ffffffff00000000", "8000000000000000", "0000040100000000"})
+            m_peer->send(frame(typeAndLength));
+        m_peer->send(frame("000003e900000000"));
+        QTRY_COMPARE(start.count(), 1);
+        QVERIFY(portal.isEmpty() && audio.isEmpty() && subtitles.isEmpty());
+    }
+
+    void frameSplitAfterItsHeader()
+    {
+        connectLink();
+        QSignalSpy status(m_link.get(), &Enigma2::OnPlayTStatus);
+        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
+        m_peer->send(frame("000003e900000000") + frame("000003ed00000008", "0000ea6000"));
+        QTRY_COMPARE(start.count(), 1);
+        QVERIFY(status.isEmpty());
+        m_peer->send("0003e8");
+        QTRY_COMPARE(status.count(), 1);
+        QCOMPARE(status.first(), QVariantList({60000, 1000}));
+    }
+
+    void requests_data()
+    {
+        QTest::addColumn<Request>("request");
+        QTest::addColumn<quint32>("type");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QVariant>("result");
+        QTest::addColumn<QVariant>("unanswered");
+        const auto row = [](const char *name, quint32 type, const char *payload, const char *answer,
+                            const QVariant &result, const QVariant &unanswered,
+                            const Request &request) {
+            QTest::newRow(name) << request << type << QByteArray(payload) << QByteArray(answer)
+                                << result << unanswered;
+        };
+        row("GetStorageInfo", 1902, "", "3ade68b1000003f800000003 5b315d", "[1]", "[]",
+            [](Enigma2 &e) { return e.GetStorageInfo(); });
+        row("PvrCreateTask", 1903, R"({"endTime":"t2","fileName":"f","startTime":"t1","url":"?"})",
+            "3ade68b1000003fb00000004 0000002a", 42, -1, [](Enigma2 &e) {
+                return e.PvrCreateTask(QString::fromUtf8("\u0416"), "f", "t1", "t2");
+            });
+        row("PvrCreateTask refused", 1903,
+            R"({"endTime":"","fileName":"","startTime":"","url":""})",
+            "3ade68b1000003fb00000004 ffffffff", -1, -1,
+            [](Enigma2 &e) { return e.PvrCreateTask("", "", "", ""); });
+        row("PvrRemoveTask", 1904, R"({"id":7,"removeType":2})",
+            "3ade68b1000003fc00000004 00000000", QVariant(), QVariant(), [](Enigma2 &e) {
+                e.PvrRemoveTask(7, 2);
+                return QVariant();
+            });
+        row("PvrChangeEndTime", 1905, R"({"endTime":"t","id":7})", "3ade68b1000003fd00000002 0001",
+            65536, -1, [](Enigma2 &e) { return e.PvrChangeEndTime(7, "t"); });
+        row("PvrGetTaskByID", 1906, R"({"id":7})", "3ade68b1000003fe00000003 7b7d41", "{}A", "{}",
+            [](Enigma2 &e) { return e.PvrGetTaskByID(7); });
+        row("PvrGetTasksByIDs", 1907, "{\"idList\":\"[1,\\\"2\\\"]\"}",
+            "3ade68b1000003ff00000002 d096", QString::fromUtf8("\u0416"), "[]",
+            [](Enigma2 &e) { return e.PvrGetTasksByIDs("[1,\"2\"]"); });
+        row("PvrSetMaxRecordingCnt", 1908, R"({"maxCnt":3})", "3ade68b10000040000000004 00000000",
+            QVariant(), QVariant(), [](Enigma2 &e) {
+                e.PvrSetMaxRecordingCnt(3);
+                return QVariant();
+            });
+        row("PvrGetAllTasks", 1909, "", "3ade68b10000040100000002 5b5d", "[]", "[]",
+            [](Enigma2 &e) { return e.PvrGetAllTasks(); });
+    }
+
+    void requests()
+    {
+        QFETCH(Request, request);
+        QFETCH(quint32, type);
+        QFETCH(QByteArray, payload);
+        QFETCH(QByteArray, answer);
+        connectLink();
+        LogCapture log;
+        QTEST(request(*m_link), "unanswered");
+        const QString name = QString(QTest::currentDataTag()).section(' ', 0, 0);
+        QVERIFY(log.take().contains(name + " timeout"));
+        QByteArray header(12, '\0');
+        qToBigEndian<quint32>(987654321, header.data());
+        qToBigEndian<quint32>(type, header.data() + 4);
+        qToBigEndian<quint32>(quint32(payload.size()), header.data() + 8);
+        QTRY_COMPARE(m_peer->received(), (header + payload).toHex());
+
+        m_peer->answer(type, answer);
+        m_link->setReplyTimeout(3000);
+        QElapsedTimer timer;
+        timer.start();
+        QTEST(request(*m_link), "result");
+        QVERIFY2(timer.elapsed() < 1500, "the answer did not wake the request");
+        QVERIFY(!log.take().join('\n').contains("timeout"));
+    }
+
+    /** An empty answer wakes its request, which returns what the last text answer left. */
+    void emptyTextAnswerLeavesThePreviousText()
+    {
+        connectLink();
+        m_link->setReplyTimeout(3000);
+        m_peer->answer(1902, frame("000003f800000000"));
+        QCOMPARE(m_link->GetStorageInfo(), QString());
+        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
+        m_peer->send(frame("0000040100000002", "7b7d") + frame("000003e900000000"));
+        QTRY_COMPARE(start.count(), 1);
+        m_peer->answer(1907, frame("000003ff00000000"));
+        QCOMPARE(m_link->PvrGetTasksByIDs(""), QString("{}"));
+        QCOMPARE(m_link->GetStorageInfo(), QString("{}"));
+    }
+
+    /** The answer of another request does not end the wait. */
+    void foreignAnswerWakesNobody()
+    {
+        connectLink();
+        m_peer->answer(1906, frame("000003ff00000002", "5b5d"));
+        QCOMPARE(m_link->PvrGetTaskByID(1), QString("{}"));
+    }
+
+    void unansweredRequestGivesUpAfterThreeSeconds()
+    {
+        m_link = std::make_unique<Enigma2>();
+        connectLink();
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(m_link->PvrGetAllTasks(), QString("[]"));
+        QVERIFY2(timer.elapsed() >= 2900 && timer.elapsed() < 4500,
+                 qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void missingServerLosesCommands()
+    {
+        LogCapture log;
+        m_link->ConnectServer(socketPath());
+        QVERIFY(log.take().contains("Enigma2 onError:  2"));
+        m_link->MediaStop();
+        QCOMPARE(m_link->GetStorageInfo(), QString("[]"));
+    }
+
+    void privateSettings_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("host and port") << "http://10.0.0.5:88/c/index.html"
+                                       << "private_settings_10_0_0_5_88";
+        QTest::newRow("host only") << "https://tv.example"
+                                   << "private_settings_tv_example";
+        QTest::newRow("nested") << "a://b://c"
+                                << "private_settings_b_";
+        QTest::newRow("file") << "file:///home/web/x.html"
+                              << "private_settings_";
+        QTest::newRow("none") << "tv.example/c" << QString();
+    }
+
+    void privateSettings()
+    {
+        QFETCH(QString, url);
+        QFETCH(QString, name);
+        QCOMPARE(privateSettingsName(url).value_or(QString()), name);
+
+        qputenv("Q_PRIVATE_SETTING_PATH", "before");
+        QByteArray seen;
+        connect(m_link.get(), &Enigma2::OnNewPortal, this,
+                [&seen] { seen = qgetenv("Q_PRIVATE_SETTING_PATH"); });
+        const QByteArray bytes = url.toLatin1();
+        m_link->HandleMessage(1000, {bytes.constData(), std::size_t(bytes.size())});
+        QCOMPARE(QString(seen), name.isNull() ? QString("before") : name);
+    }
+
+    /** Ending is possible while frames pour in, even the endless ones of a lone header piece. */
+    void endsUnderLoad()
+    {
+        connectLink();
+        m_peer->send(QByteArray("3ade68b1000003ec00000000").repeated(20000) + "3ade68");
+        QElapsedTimer timer;
+        timer.start();
+        m_link.reset();
+        QVERIFY(timer.elapsed() < 5000);
+    }
+
+    void logRecords()
+    {
+        LogCapture log;
+        connectLink();
+        m_link->MediaPlay("http://a");
+        m_link->MediaSeek(30);
+        m_link->RunApp("setup");
+        QSignalSpy on(m_link.get(), &Enigma2::OnPowerOn);
+        m_peer->send(frame("0000040100000002", "5b5d") + frame("000003f300000004", "00000007") +
+                     frame("0000040600000000"));
+        QTRY_COMPARE(on.count(), 1);
+        const QStringList records = log.take();
+        for (const char *record :
+             {"Enigma2 onConnected", "Enigma2 OnPlay:  \"http://a\"",
+              "MediaSeek:  \"\\x00\\x00\\x00\\x1E\"", "Enigma2 RunApp:  \"setup\"",
+              "VirtualScreen:  1280 \"\\x00\\x00\\x05\\x00\"", "MsgPvrGetAllTasks:  start 0",
+              "MsgPvrGetAllTasks:  end", "MsgGetAudioPid:  7", "got power on msg"})
+            QVERIFY2(records.contains(record), qPrintable(record + ("\n" + records.join('\n'))));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestEnigma2)
+#include "test_enigma2.moc"
