@@ -45,6 +45,12 @@ public:
      */
     bool next(Frame &frame);
 
+    /**
+     * True when a whole header is there or the body of one is awaited. A caller that asks first
+     * never meets the lone piece of a header.
+     */
+    bool hasHeader() const { return m_pendingLength > 0 || available() >= frameHeaderSize; }
+
 private:
     std::size_t available() const { return m_buffer.size() - m_position; }
     void readHeader();

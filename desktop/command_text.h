@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/**
+ * One readable line for a command or request, such as "seek 5000 ms". Any type and any payload
+ * give a line; an unknown type is named with its number and the payload's size in bytes.
+ */
+QString describeCommand(int type, const QByteArray &payload);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "enigma2/messages.h"
+
+#include <QByteArray>
+#include <QString>
+
+/** What one line of the console asks for. */
+struct ConsoleCommand
+{
+    enum class Action {
+        Nothing,   ///< An empty line.
+        Help,      ///< Print the list of commands.
+        Quit,      ///< End the receiver.
+        Explain,   ///< Print text: the line is no command.
+        SendEvent, ///< Send event with what it carries.
+    };
+    enum class Carries { Nothing, Number, TwoNumbers, Text };
+
+    Action action = Action::Nothing;
+    Event event = Event::PlayStart;
+    Carries carries = Carries::Nothing;
+    int first = 0;
+    int second = 0;
+    QString text;
+};
+
+/** Reads one line. A line that is no command gives Explain with a text that says why. */
+ConsoleCommand parseConsoleLine(const QString &line);
+
+/** The list of commands, one a line. */
+QString consoleHelp();
+
+/** The payload that the event of a SendEvent command carries. */
+QByteArray eventPayload(const ConsoleCommand &command);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "enigma2/frame.h"
+
+#include <QByteArray>
+#include <QLocalSocket>
+#include <QObject>
+
+/**
+ * One connection to the receiver. A peer that sends nothing for the settle time is a listener and
+ * gets the events; the first byte that it sends makes it a commander for the rest of its life.
+ */
+class Peer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Takes the socket over. settleMs is how long a new connection counts as undecided. */
+    Peer(QLocalSocket *socket, int settleMs, QObject *parent);
+
+    bool isListener() const { return m_role == Role::Listener; }
+
+    /** Sends bytes and flushes them. */
+    void send(const QByteArray &bytes);
+
+signals:
+    /** A whole frame came. */
+    void commandReceived(int type, const QByteArray &payload);
+
+    /** From now on isListener() is true. */
+    void becameListener();
+
+    void disconnected();
+
+private:
+    enum class Role { Undecided, Listener, Commander };
+
+    void settle();
+    void readCommands();
+
+    QLocalSocket *m_socket;
+    FrameSplitter m_splitter;
+    Role m_role = Role::Undecided;
+};

@@ -1,0 +1,38 @@
+#include "desktop/play_request.h"
+
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace {
+
+constexpr int msPerSecond = 1000;
+constexpr int mostSeconds = std::numeric_limits<int>::max() / msPerSecond;
+
+/** Whole seconds as digits to ms, 0 to what an integer holds. */
+int millisecondsOf(const QString &seconds)
+{
+    bool fits = false;
+    const int value = seconds.toInt(&fits);
+    const int bounded = fits ? qBound(0, value, mostSeconds) : mostSeconds;
+    return bounded * msPerSecond;
+}
+
+} // namespace
+
+PlayRequest parsePlayText(const QString &text)
+{
+    static const QRegularExpression ending(" position:(-?)([0-9]+)$");
+    const QRegularExpressionMatch match = ending.match(text);
+    if (!match.hasMatch())
+        return {text, 0};
+    const bool negative = !match.captured(1).isEmpty();
+    return {text.left(match.capturedStart()), negative ? 0 : millisecondsOf(match.captured(2))};
+}
+
+int simulatedDurationMs(const QString &url, int defaultMs)
+{
+    static const QRegularExpression parameter("[?&]duration=([0-9]+)");
+    const QRegularExpressionMatch match = parameter.match(url);
+    return match.hasMatch() ? millisecondsOf(match.captured(1)) : defaultMs;
+}

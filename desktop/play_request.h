@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+/** What a play command asks for. */
+struct PlayRequest
+{
+    QString url;
+    int positionMs = 0; ///< Where playback starts, 0 or more.
+};
+
+/**
+ * Splits the text of a play command: an ending " position:N" (N whole seconds) is the start and no
+ * part of the URL. A negative N starts at 0; an ending without a number belongs to the URL.
+ */
+PlayRequest parsePlayText(const QString &text);
+
+/**
+ * Length that a simulated medium has, in ms: "duration=N" (seconds) among the parameters of the
+ * URL, otherwise the given one. 0 is a live channel, which has no length.
+ */
+int simulatedDurationMs(const QString &url, int defaultMs);

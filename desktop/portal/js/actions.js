@@ -1,0 +1,62 @@
+/* What colour keys, media keys and the mouse can start, by name. */
+var Actions = (function () {
+    'use strict';
+
+    var actions = {
+        toggleLog: function () {
+            EventLog.show(!EventLog.isShown());
+        },
+        toggleRoute: function () {
+            Player.toggleRoute();
+            document.getElementById('routeName').textContent = Player.route();
+        },
+        openTracks: function () {
+            Pager.open(Pager.current() === 'tracks' ? 'menu' : 'tracks');
+        },
+        openKeys: function () {
+            Pager.open(Pager.current() === 'keys' ? 'menu' : 'keys');
+        },
+        toggleFullScreen: function () {
+            if (Pager.current() === 'video') {
+                Pager.open('menu');
+            } else if (Player.entry()) {
+                Pager.open('video');
+            }
+        },
+        togglePause: function () {
+            Player.togglePause();
+        },
+        stop: function () {
+            Player.stop();
+            Pager.open('menu');
+        },
+        seekBack: function () {
+            Player.seekBy(-10);
+        },
+        seekForward: function () {
+            Player.seekBy(10);
+        },
+        next: function () {
+            Pager.key(key.DOWN);
+        },
+        previous: function () {
+            Pager.key(key.UP);
+        },
+        volumeUp: function () {
+            Volume.changeBy(5);
+        },
+        volumeDown: function () {
+            Volume.changeBy(-5);
+        },
+        toggleMute: function () {
+            Volume.toggleMute();
+        }
+    };
+
+    return {
+        run: function (name) {
+            actions[name]();
+            PlayerBar.update();
+        }
+    };
+}());

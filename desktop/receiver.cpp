@@ -1,0 +1,125 @@
+#include "desktop/receiver.h"
+
+#include "desktop/command_text.h"
+#include "desktop/media_player.h"
+#include "desktop/payload.h"
+#include "desktop/protocol_server.h"
+#include "desktop/recording_requests.h"
+#include "desktop/storage_information.h"
+
+Receiver::Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &recordings,
+                   QObject *parent)
+    : QObject(parent)
+    , m_server(server)
+    , m_player(player)
+    , m_recordings(recordings)
+{
+    connect(&m_server, &ProtocolServer::commandReceived, this, &Receiver::handleCommand);
+    connect(&m_server, &ProtocolServer::message, this, &Receiver::message);
+    // With nobody left to stop it, playback would go on for ever and report to nobody.
+    connect(&m_server, &ProtocolServer::lastPeerLeft, &m_player, &MediaPlayer::stop);
+    connectPlayer();
+}
+
+void Receiver::connectPlayer()
+{
+    const auto sendText = [this](Event event) {
+        return [this, event](const QString &text) { m_server.send(event, text.toUtf8()); };
+    };
+    const auto sendNumber = [this](Event event) {
+        return [this, event](int number) { m_server.send(event, integerPayload(number)); };
+    };
+    connect(&m_player, &MediaPlayer::started, this, [this] { m_server.send(Event::PlayStart); });
+    connect(&m_player, &MediaPlayer::ended, this, [this] { m_server.send(Event::PlayEnd); });
+    connect(&m_player, &MediaPlayer::progress, this, [this](int totalMs, int positionMs) {
+        m_server.send(Event::PlayTimeStatus, integerPayload(totalMs, positionMs));
+    });
+    connect(&m_player, &MediaPlayer::audioTracksChanged, this, sendText(Event::AudioPids));
+    connect(&m_player, &MediaPlayer::subtitleTracksChanged, this, sendText(Event::SubtitlePids));
+    connect(&m_player, &MediaPlayer::audioTrackChanged, this, sendNumber(Event::AudioPid));
+    connect(&m_player, &MediaPlayer::subtitleTrackChanged, this, sendNumber(Event::SubtitlePid));
+}
+
+void Receiver::handleCommand(int type, const QByteArray &payload)
+{
+    emit message(describeCommand(type, payload));
+    controlPlayer(type, payload);
+    answerRequest(type, payload);
+}
+
+void Receiver::controlPlayer(int type, const QByteArray &payload)
+{
+    switch (static_cast<Command>(type)) {
+    case Command::MediaPlay: m_player.play(parsePlayText(commandText(payload))); break;
+    case Command::MediaStop: m_player.stop(); break;
+    case Command::MediaPause: m_player.pause(); break;
+    case Command::MediaResume: m_player.resume(); break;
+    case Command::MediaSeek: m_player.seek(integerAt(payload, 0)); break;
+    case Command::AudioTrack: m_player.selectAudioTrack(integerAt(payload, 0)); break;
+    case Command::SubtitleTrack: m_player.selectSubtitleTrack(integerAt(payload, 0)); break;
+    default: break;
+    }
+}
+
+void Receiver::answerRequest(int type, const QByteArray &payload)
+{
+    const auto answerNumber = [this](Event event, int number) {
+        m_server.send(event, integerPayload(number));
+    };
+    const auto answerText = [this](Event event, const QString &text) {
+        m_server.send(event, text.toUtf8());
+    };
+    switch (static_cast<Command>(type)) {
+    case Command::GetStorageInfo: answerText(Event::StorageInfo, storageInformation()); break;
+    case Command::PvrCreateTask:
+        answerNumber(Event::PvrTaskCreated, createRecording(m_recordings, payload));
+        break;
+    case Command::PvrRemoveTask:
+        answerNumber(Event::PvrTaskRemoved, removeRecording(m_recordings, payload));
+        break;
+    case Command::PvrChangeEndTime:
+        answerNumber(Event::PvrEndTimeChanged, changeRecordingEnd(m_recordings, payload));
+        break;
+    case Command::PvrGetTaskById:
+        answerText(Event::PvrTaskById, recordingById(m_recordings, payload));
+        break;
+    case Command::PvrGetTasksByIds:
+        answerText(Event::PvrTasksByIds, recordingsByIds(m_recordings, payload));
+        break;
+    case Command::PvrSetMaxRecordingCount:
+        answerNumber(Event::PvrMaxRecordingCountSet, setMostRecordings(m_recordings, payload));
+        break;
+    case Command::PvrGetAllTasks:
+        answerText(Event::PvrAllTasks, allRecordings(m_recordings));
+        break;
+    default: break;
+    }
+}
+
+void Receiver::runConsoleCommand(const ConsoleCommand &command)
+{
+    switch (command.action) {
+    case ConsoleCommand::Action::Nothing: break;
+    case ConsoleCommand::Action::Help: emit message(consoleHelp()); break;
+    case ConsoleCommand::Action::Quit: emit quitRequested(); break;
+    case ConsoleCommand::Action::Explain: emit message(command.text); break;
+    case ConsoleCommand::Action::SendEvent: sendConsoleEvent(command); break;
+    }
+}
+
+void Receiver::sendConsoleEvent(const ConsoleCommand &command)
+{
+    switch (command.event) {
+    case Event::PvrRecordingStarted:
+        m_recordings.setState(command.first, RecordingState::Recording);
+        break;
+    case Event::PvrRecordingFinished:
+        m_recordings.setState(command.first, RecordingState::Finished);
+        break;
+    case Event::PvrRecordingError:
+        m_recordings.setState(command.first, RecordingState::Failed);
+        break;
+    default: break;
+    }
+    m_server.send(command.event, eventPayload(command));
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "desktop/console_command.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+class MediaPlayer;
+class ProtocolServer;
+class Recordings;
+
+/**
+ * Joins the server with what does the work: commands go to the player, requests are answered from
+ * the recordings and the machine's storage, and what the player reports becomes events. The three
+ * given objects must outlive it.
+ */
+class Receiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &recordings,
+             QObject *parent = nullptr);
+
+    /** Carries out one line of the console. */
+    void runConsoleCommand(const ConsoleCommand &command);
+
+signals:
+    /** Something that a person may want to read, one line or several. */
+    void message(const QString &lines);
+
+    /** The console asked for the end. */
+    void quitRequested();
+
+private:
+    void connectPlayer();
+    void handleCommand(int type, const QByteArray &payload);
+    void controlPlayer(int type, const QByteArray &payload);
+    void answerRequest(int type, const QByteArray &payload);
+    void sendConsoleEvent(const ConsoleCommand &command);
+
+    ProtocolServer &m_server;
+    MediaPlayer &m_player;
+    Recordings &m_recordings;
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+/** Where a recording task stands. The numbers are what portals read. */
+enum class RecordingState { Waiting = 1, Recording = 2, Failed = 3, Finished = 4 };
+
+/** One recording task. The times are texts of the portal's own and kept as they came. */
+struct RecordingTask
+{
+    int id = 0;
+    QString url;
+    QString fileName;
+    QString startTime;
+    QString endTime;
+    RecordingState state = RecordingState::Waiting;
+};
+
+/** The task as portals read it: id, url, fileName, startTime, endTime and state. */
+QJsonObject recordingJson(const RecordingTask &task);
+
+/** Integer answers of the recording requests; an id or a success is 0 or more. */
+namespace RecordingError {
+
+constexpr int none = 0;
+constexpr int badArgument = -1;
+constexpr int noSuchTask = -2;
+constexpr int tooMany = -3;
+
+} // namespace RecordingError
+
+/** What the receiver asks of whatever keeps the recording tasks. */
+class Recordings
+{
+public:
+    Recordings() = default;
+    Recordings(const Recordings &) = delete;
+    Recordings &operator=(const Recordings &) = delete;
+    virtual ~Recordings() = default;
+
+    /** Adds a task; id and state of the given one are not read. The new id, 1 or more, or an error.
+     */
+    virtual int create(const RecordingTask &task) = 0;
+
+    /** Removes a task; 0 or an error. */
+    virtual int remove(int id) = 0;
+
+    /** Sets the end of a task; 0 or an error. */
+    virtual int changeEndTime(int id, const QString &endTime) = 0;
+
+    /** Limits the tasks that wait or record at a time, 1 or more; 0 or an error. */
+    virtual int setMaximumCount(int count) = 0;
+
+    /** Notes where a task stands; an unknown id is ignored. */
+    virtual void setState(int id, RecordingState state) = 0;
+
+    /** All tasks in the order of their making. */
+    virtual QVector<RecordingTask> all() const = 0;
+
+    /** The task of this id, if there is one. */
+    virtual std::optional<RecordingTask> byId(int id) const = 0;
+};

@@ -1,0 +1,571 @@
+#include "desktop/command_text.h"
+#include "desktop/console.h"
+#include "desktop/console_command.h"
+#include "desktop/memory_recordings.h"
+#include "desktop/protocol_server.h"
+#include "desktop/receiver.h"
+#include "desktop/simulated_player.h"
+#include "platform/box_paths.h"
+
+#include <QDataStream>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+using Action = ConsoleCommand::Action;
+
+// Fast enough for a test; a second of the medium passes every other millisecond.
+constexpr SimulatedTiming fastPlayer = {1, 2, 1000, 60 * 1000};
+constexpr ServerTiming fastServer = {20, 2000};
+
+QByteArray bytes(const char *hex) { return QByteArray::fromHex(hex); }
+
+/** A receiver on its own socket, and the two connections of a program to it. */
+struct Link
+{
+    explicit Link(const SimulatedTiming &playerTiming = fastPlayer,
+                  const ServerTiming &serverTiming = fastServer)
+        : server(serverTiming)
+        , player(playerTiming)
+        , receiver(server, player, recordings)
+        , messages(&receiver, &Receiver::message)
+    {
+        failure = server.listen(BoxPaths::receiverSocket());
+        commander.connectToServer(BoxPaths::receiverSocket());
+        listener.connectToServer(BoxPaths::receiverSocket());
+    }
+
+    /** Sends a frame on the commanding connection. */
+    void command(int type, const QByteArray &payload)
+    {
+        QByteArray frame;
+        QDataStream stream(&frame, QIODevice::WriteOnly);
+        stream << 987654321 << type << payload; // Big-endian, the payload with its length.
+        commander.write(frame);
+    }
+
+    /** True once a line with this beginning was printed. */
+    bool printed(const QString &beginning) const
+    {
+        for (const auto &message : messages) {
+            if (message.first().toString().startsWith(beginning))
+                return true;
+        }
+        return false;
+    }
+
+    /** Collects what the listener gets; true once it contains these bytes. */
+    bool heard(const QByteArray &expected)
+    {
+        received += listener.readAll();
+        return received.contains(expected);
+    }
+
+    ProtocolServer server;
+    SimulatedPlayer player;
+    MemoryRecordings recordings;
+    Receiver receiver;
+    QSignalSpy messages;
+    QString failure;
+    QLocalSocket commander;
+    QLocalSocket listener;
+    QByteArray received;
+};
+
+/** Leaves a socket file behind on which nobody answers. */
+void leaveStaleSocket(const QString &path)
+{
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, path.toLocal8Bit().constData());
+    ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    ::close(descriptor);
+}
+
+/** All progress reports of a player as "total/position" in seconds. */
+QStringList progressOf(const QSignalSpy &spy)
+{
+    QStringList reports;
+    for (const auto &report : spy)
+        reports += QString("%1/%2").arg(report[0].toInt() / 1000).arg(report[1].toInt() / 1000);
+    return reports;
+}
+
+} // namespace
+
+class TestReceiver : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_root = std::make_unique<QTemporaryDir>("/tmp/vrx-XXXXXX");
+        BoxPaths::setRoot(m_root->path());
+    }
+
+    void consoleLines_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<int>("event");
+        QTest::addColumn<QByteArray>("payload");
+        const auto sends = [](const char *line, int event, const QByteArray &payload = {}) {
+            QTest::newRow(line) << line << int(Action::SendEvent) << event << payload;
+        };
+        sends("usb mount", 1017);
+        sends("  usb \t unmount ", 1018);
+        sends("power off", 1029);
+        sends("power on", 1030);
+        sends("portal http://10.0.0.5:88/c/", 1000, "http://10.0.0.5:88/c/");
+        sends("portal /\u00e9", 1000, bytes("2fe9"));
+        sends("rec started 5", 1026, bytes("00000005"));
+        sends("rec finished 6", 1027, bytes("00000006"));
+        sends("rec error -1", 1028, bytes("ffffffff"));
+        sends("play start", 1001);
+        sends("play end", 1002);
+        sends("play progress", 1003);
+        sends("time 60000 1000", 1005, bytes("0000ea60000003e8"));
+        sends("audio pids [{\"lang\": \"a  b\"}]", 1010, "[{\"lang\": \"a  b\"}]");
+        sends("audio pid 4352", 1011, bytes("00001100"));
+        sends("sub pids \u00e9", 1013, bytes("c3a9"));
+        sends("sub pid 7", 1014, bytes("00000007"));
+        const auto other = [](const char *line, Action action) {
+            QTest::newRow(*line ? line : "empty") << line << int(action) << -1 << QByteArray();
+        };
+        other("", Action::Nothing);
+        other("help", Action::Help);
+        other("quit", Action::Quit);
+        for (const char *line : {"usb", "usb mounted", "usb mount now", "portal", "rec started",
+                                 "rec started x", "rec started 1 2", "time 5", "audio pids",
+                                 "audio pid 99999999999", "play", "HELP", "quitter"})
+            other(line, Action::Explain);
+    }
+
+    void consoleLines()
+    {
+        QFETCH(QString, line);
+        QFETCH(int, action);
+        QFETCH(int, event);
+        QFETCH(QByteArray, payload);
+        const ConsoleCommand command = parseConsoleLine(line);
+        QCOMPARE(int(command.action), action);
+        if (command.action == Action::SendEvent) {
+            QCOMPARE(int(command.event), event);
+            QCOMPARE(eventPayload(command), payload);
+        }
+        if (command.action == Action::Explain)
+            QVERIFY(!command.text.isEmpty());
+    }
+
+    void commandLines_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("line");
+        const auto row = [](const char *line, int type, const QByteArray &payload = {}) {
+            QTest::newRow(line) << type << payload << line;
+        };
+        row("play http://a/\u00e9.ts", 1000, bytes("687474703a2f2f612fe92e7473"));
+        row("play", 1000);
+        row("stop", 1001);
+        row("seek 5000 ms", 1005, bytes("00001388"));
+        row("seek -1 ms", 1005, bytes("ffffffff"));
+        row("seek 0 ms", 1005);
+        row("seek 65536 ms", 1005, bytes("0001"));
+        row("subtitles on", 1025, bytes("00000001"));
+        row("subtitles off", 1025);
+        row("virtual screen 1280", 1200, bytes("00000500"));
+        row("viewport 10,20 1280x720", 1202, bytes("0000000a 00000014 00000500 000002d0"));
+        row("viewport 10,0 0x0", 1202, bytes("0000000a"));
+        row("viewport full screen", 1202, bytes("00000000 00000000 00000000 00000000"));
+        row("reboot", 1901);
+        row("run application \\x1b[2J\\x0a", 1910, bytes("1b5b324a0a"));
+        row("standby", 1911);
+        row("exit", 1999);
+        row("unknown command 1234 (5 bytes)", 1234, "hello");
+        row("unknown command -1 (0 bytes)", -1);
+    }
+
+    void commandLines()
+    {
+        QFETCH(int, type);
+        QFETCH(QByteArray, payload);
+        QTEST(describeCommand(type, payload), "line");
+    }
+
+    void longTextIsCut() { QVERIFY(describeCommand(1000, QByteArray(100000, 'a')).size() < 600); }
+
+    void eventsReachOnlyTheSilentConnection()
+    {
+        Link link;
+        QCOMPARE(link.failure, QString());
+        link.commander.write(bytes("3ade68b1 000004b0 00000004 00000500"));
+        QTRY_VERIFY(link.printed("virtual screen 1280"));
+        link.receiver.runConsoleCommand(parseConsoleLine("time 60000 1000"));
+        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
+        QTRY_COMPARE(link.listener.bytesAvailable(), 32);
+        QCOMPARE(link.listener.readAll(), bytes("3ade68b1 000003ed 00000008 0000ea60 000003e8"
+                                                "3ade68b1 000003f9 00000000"));
+        QCOMPARE(link.commander.bytesAvailable(), 0);
+
+        // A listener that starts to speak gets no more events.
+        link.listener.write(bytes("3ade68b1 0000044e 00000000"));
+        QTRY_VERIFY(link.printed("mute"));
+        link.commander.abort();
+        QLocalSocket other;
+        other.connectToServer(BoxPaths::receiverSocket());
+        link.receiver.runConsoleCommand(parseConsoleLine("power off"));
+        QTRY_COMPARE(other.bytesAvailable(), 12);
+        QCOMPARE(other.readAll(), bytes("3ade68b1 00000405 00000000"));
+        QCOMPARE(link.listener.bytesAvailable(), 0);
+    }
+
+    void eventsForNobodyAreDropped()
+    {
+        Link link({}, {20, 30});
+        link.listener.abort();
+        link.commander.write(bytes("3ade68b1 0000044e 00000000"));
+        QTRY_VERIFY(link.printed("mute"));
+        link.receiver.runConsoleCommand(parseConsoleLine("rec error 3"));
+        QTRY_VERIFY(link.printed("dropped, nobody listens: recording error 3"));
+        link.commander.abort();
+        QTRY_COMPARE(link.messages.last().first().toString(), "connection closed");
+        link.receiver.runConsoleCommand(parseConsoleLine("usb unmount"));
+        QVERIFY(link.printed("dropped, nobody listens: usb unmounted"));
+    }
+
+    void requestsAreAnswered_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QByteArray>("answer");
+        const QByteArray task = "{\"endTime\":\"20\",\"fileName\":\"a.ts\",\"id\":1,"
+                                "\"startTime\":\"10\",\"state\":1,\"url\":\"/\u00e9\"}";
+        const auto row = [](const char *name, int type, const QByteArray &json, const char *hex,
+                            const QByteArray &text = {}) {
+            QTest::newRow(name) << type << json << bytes(hex) + text;
+        };
+        row("create", 1903, "{\"url\":\"/b\"}", "3ade68b1 000003fb 00000004 00000002");
+        row("create from junk", 1903, "junk", "3ade68b1 000003fb 00000004 ffffffff");
+        row("create backwards", 1903, R"({"url":"/b","startTime":"20","endTime":"10"})",
+            "3ade68b1 000003fb 00000004 ffffffff");
+        row("remove", 1904, R"({"id":1,"removeType":0})", "3ade68b1 000003fc 00000004 00000000");
+        row("remove nothing", 1904, "{}", "3ade68b1 000003fc 00000004 fffffffe");
+        row("change end", 1905, R"({"endTime":"90","id":1})",
+            "3ade68b1 000003fd 00000004 00000000");
+        row("change end of unknown", 1905, R"({"endTime":"90","id":2})",
+            "3ade68b1 000003fd 00000004 fffffffe");
+        row("by id", 1906, R"({"id":1})", "3ade68b1 000003fe 00000050", task);
+        row("by unknown id", 1906, R"({"id":9})", "3ade68b1 000003fe 00000002", "{}");
+        row("by ids", 1907, R"({"idList":"[7,1]"})", "3ade68b1 000003ff 00000052",
+            "[" + task + "]");
+        row("by no ids", 1907, "", "3ade68b1 000003ff 00000002", "[]");
+        row("maximum", 1908, R"({"maxCnt":1})", "3ade68b1 00000400 00000004 00000000");
+        row("maximum of none", 1908, R"({"maxCnt":0})", "3ade68b1 00000400 00000004 ffffffff");
+        row("all", 1909, "", "3ade68b1 00000401 00000052", "[" + task + "]");
+    }
+
+    /** One request each, to a receiver that keeps one task. */
+    void requestsAreAnswered()
+    {
+        QFETCH(int, type);
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArray, answer);
+        Link link;
+        RecordingTask task;
+        task.url = QString::fromUtf8("/\u00e9");
+        task.fileName = "a.ts";
+        task.startTime = "10";
+        task.endTime = "20";
+        QCOMPARE(link.recordings.create(task), 1);
+        link.command(type, json);
+        QTRY_VERIFY(link.heard(answer));
+        QCOMPARE(link.received, answer);
+    }
+
+    void recordingRequestsChangeTheTasks()
+    {
+        Link link;
+        link.command(1903, "{\"endTime\":\"20\",\"startTime\":\"10\",\"url\":\"/\xe9\"}");
+        link.command(1905, R"({"endTime":"90","id":1})");
+        link.command(1908, R"({"maxCnt":1})");
+        link.command(1903, R"({"url":"/b"})");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fb 00000004 fffffffd"))); // No room.
+        QCOMPARE(link.recordings.all().size(), 1);
+        QCOMPARE(link.recordings.byId(1)->url, QString::fromUtf8("/\u00e9"));
+        QCOMPARE(link.recordings.byId(1)->endTime, "90");
+        link.command(1904, R"({"id":1})");
+        QTRY_VERIFY(link.recordings.all().isEmpty());
+    }
+
+    void storageListsTheRoot()
+    {
+        Link link;
+        link.commander.write(bytes("3ade68b1 0000076e 00000000"));
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f8")) && link.received.endsWith("]"));
+        const QJsonObject root =
+            QJsonDocument::fromJson(link.received.mid(12)).array().first().toObject();
+        QCOMPARE(root["mountPath"].toString(), "/");
+        QVERIFY(root["size"].toDouble() >= root["freeSize"].toDouble());
+        QVERIFY(root["size"].toDouble() > 0 && !root["label"].toString().isEmpty());
+    }
+
+    void consoleNotesTheStateOfRecordings()
+    {
+        Link link;
+        RecordingTask task;
+        task.url = "/a";
+        QCOMPARE(link.recordings.create(task), 1);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec started 1"));
+        QCOMPARE(int(link.recordings.byId(1)->state), 2);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec finished 1"));
+        QCOMPARE(int(link.recordings.byId(1)->state), 4);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec error 99"));
+    }
+
+    void playbackOverTheWire()
+    {
+        Link link;
+        link.command(1000, "/a?duration=3 position:1");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003ea 00000000"))); // end
+        const int start = link.received.indexOf(bytes("3ade68b1 000003e9 00000000"));
+        const int tracks = link.received.indexOf(bytes("3ade68b1 000003f2"));
+        const int subtitles = link.received.indexOf(bytes("3ade68b1 000003f5"));
+        const int progress =
+            link.received.indexOf(bytes("3ade68b1 000003ed 00000008 00000bb8 000003e8"));
+        QVERIFY(start >= 0 && tracks > start && subtitles > tracks && progress > subtitles);
+        QVERIFY(link.heard(bytes("3ade68b1 000003f3 00000004 00001100")));
+        QVERIFY(link.heard(bytes("3ade68b1 000003f6 00000004 00001200")));
+    }
+
+    void playText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<int>("positionMs");
+        QTest::newRow("plain") << "/media/a.ts"
+                               << "/media/a.ts" << 0;
+        QTest::newRow("start") << "/media/a.ts position:120"
+                               << "/media/a.ts" << 120000;
+        QTest::newRow("negative") << "/a position:-5"
+                                  << "/a" << 0;
+        QTest::newRow("no address") << " position:0"
+                                    << "" << 0;
+        QTest::newRow("twice") << "/a position:1 position:2"
+                               << "/a position:1" << 2000;
+        QTest::newRow("no number") << "/a position:"
+                                   << "/a position:" << 0;
+        QTest::newRow("not at the end") << "/a position:1/b"
+                                        << "/a position:1/b" << 0;
+        QTest::newRow("too large") << "/a position:99999999999"
+                                   << "/a" << 2147483000;
+    }
+
+    void playText()
+    {
+        QFETCH(QString, text);
+        const PlayRequest request = parsePlayText(text);
+        QTEST(request.url, "url");
+        QTEST(request.positionMs, "positionMs");
+    }
+
+    void playerRunsToTheEnd_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<int>("positionMs");
+        QTest::addColumn<QString>("progress");
+        QTest::newRow("whole") << "/a?duration=3" << 0 << "3/0 3/1 3/2 3/3";
+        QTest::newRow("from a start") << "/a?b=1&duration=3" << 2000 << "3/2 3/3";
+        QTest::newRow("start behind the end") << "/a?duration=3" << 9000 << "3/3";
+        QTest::newRow("default length") << "/a" << 59000 << "60/59 60/60";
+        QTest::newRow("no address") << "" << 0 << "";
+    }
+
+    void playerRunsToTheEnd()
+    {
+        QFETCH(QString, url);
+        QFETCH(int, positionMs);
+        SimulatedPlayer player(fastPlayer);
+        QSignalSpy progress(&player, &MediaPlayer::progress);
+        QSignalSpy ended(&player, &MediaPlayer::ended);
+        player.play({url, positionMs});
+        QTRY_COMPARE(ended.count(), 1);
+        QTEST(progressOf(progress).join(' '), "progress");
+    }
+
+    void playerPausesAndSeeks()
+    {
+        SimulatedPlayer player({1, 2, 1, 3600 * 1000});
+        QSignalSpy progress(&player, &MediaPlayer::progress);
+        QSignalSpy ended(&player, &MediaPlayer::ended);
+        player.play({"/a", 0});
+        QTRY_VERIFY(progress.count() > 3);
+        player.pause();
+        player.pause();
+        progress.clear();
+        player.seek(100 * 1000);
+        QCOMPARE(progressOf(progress), QStringList("3600/100"));
+        QVERIFY(!progress.wait(50)); // While paused it stands still.
+        player.resume();
+        QTRY_VERIFY(progress.count() > 3);
+        QCOMPARE(progress[1][1].toInt(), 100 * 1000 + 1);
+        player.seek(-5);
+        QCOMPARE(progress.last()[1].toInt(), 0);
+        player.seek(2147483647);
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(progress.last()[1].toInt(), 3600 * 1000);
+        progress.clear();
+        player.seek(1000); // Nothing plays any more.
+        player.resume();
+        QVERIFY(!progress.wait(20));
+    }
+
+    void playerStopsAndReplaces()
+    {
+        SimulatedPlayer player(fastPlayer);
+        QSignalSpy started(&player, &MediaPlayer::started);
+        QSignalSpy progress(&player, &MediaPlayer::progress);
+        QSignalSpy ended(&player, &MediaPlayer::ended);
+        player.play({"/a?duration=10", 0});
+        player.play({"/b?duration=0", 0});
+        QTRY_VERIFY(progress.count() > 20);
+        QCOMPARE(started.count(), 1);
+        QCOMPARE(progress.last()[0].toInt(), 0); // A live channel has no length and no end.
+        player.stop();
+        progress.clear();
+        QVERIFY(!progress.wait(20));
+        QCOMPARE(ended.count(), 0);
+    }
+
+    void selectedTrackIsReported()
+    {
+        SimulatedPlayer player({1, 1000, 1000, 60000});
+        QSignalSpy audio(&player, &MediaPlayer::audioTrackChanged);
+        QSignalSpy subtitle(&player, &MediaPlayer::subtitleTrackChanged);
+        player.selectAudioTrack(4353);
+        QCOMPARE(audio.count(), 0);
+        player.play({"/a", 0});
+        QTRY_COMPARE(subtitle.count(), 1);
+        player.selectAudioTrack(4353);
+        player.selectAudioTrack(1); // No such track.
+        player.selectSubtitleTrack(4609);
+        QCOMPARE(audio.last().first().toInt(), 4353);
+        QCOMPARE(subtitle.last().first().toInt(), 4609);
+        QCOMPARE(audio.count(), 2);
+    }
+
+    void cutFrames()
+    {
+        Link link;
+        const QByteArray stream = bytes("3ade68b1 000003ed 00000004 00001388"
+                                        "3ade68b1 0000076d 00000000"
+                                        "3ade68b1 00000776 00000003 617070");
+        for (const char byte : stream) {
+            link.commander.write(&byte, 1);
+            link.commander.flush();
+            QCoreApplication::processEvents();
+        }
+        QTRY_VERIFY(link.printed("run application app"));
+        QVERIFY(link.printed("seek 5000 ms"));
+        const auto isCommand = [](const QVariantList &message) {
+            return !message.first().toString().startsWith("connection");
+        };
+        QCOMPARE(std::count_if(link.messages.begin(), link.messages.end(), isCommand), 3);
+    }
+
+    void garbageFrames_data()
+    {
+        QTest::addColumn<QByteArray>("garbage");
+        QTest::newRow("piece of a header") << bytes("3ade68");
+        QTest::newRow("huge length") << bytes("3ade68b1 000003e8 7fffffff 6162");
+        QTest::newRow("negative length") << bytes("3ade68b1 000003e8 ffffffff 6162");
+        QTest::newRow("zeros") << QByteArray(4099, '\0');
+        QTest::newRow("ones") << QByteArray(4099, '\xff');
+        QTest::newRow("short payloads") << bytes("3ade68b1 000003ed 00000001 01"
+                                                 "3ade68b1 000004b2 00000005 0000000001"
+                                                 "3ade68b1 00000772 00000001 7b");
+    }
+
+    /** Whatever one connection sends, the receiver serves the next one. */
+    void garbageFrames()
+    {
+        QFETCH(QByteArray, garbage);
+        Link link;
+        QLocalSocket vandal;
+        vandal.connectToServer(BoxPaths::receiverSocket());
+        vandal.write(garbage);
+        vandal.flush();
+        QTRY_COMPARE(vandal.bytesToWrite(), 0);
+        link.commander.write(bytes("3ade68b1 0000076d 00000000"));
+        QTRY_VERIFY(link.printed("reboot"));
+        vandal.abort();
+        QTRY_VERIFY(link.printed("connection closed"));
+    }
+
+    void socketPath()
+    {
+        const QString path = BoxPaths::receiverSocket();
+        QDir().mkpath(QFileInfo(path).path());
+        leaveStaleSocket(path);
+        QVERIFY(QFileInfo::exists(path));
+        {
+            ProtocolServer server;
+            QCOMPARE(server.listen(path), QString());
+            ProtocolServer second;
+            QVERIFY(second.listen(path).contains("already answers"));
+            QLocalSocket socket;
+            socket.connectToServer(path);
+            QVERIFY(socket.waitForConnected());
+        }
+        QVERIFY(!QFileInfo::exists(path));
+
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        ProtocolServer server;
+        QVERIFY(server.listen(path).contains("not a socket"));
+        QVERIFY(QFileInfo(path).isFile());
+        const QString longPath = m_root->path() + "/" + QString(120, 'a');
+        QVERIFY(server.listen(longPath).contains("107"));
+    }
+
+    void consoleOutlivesItsInput()
+    {
+        int ends[2];
+        QCOMPARE(::pipe(ends), 0);
+        Console console(ends[0]);
+        QSignalSpy lines(&console, &Console::lineRead);
+        QCOMPARE(::write(ends[1], "help\npower o", 12), 12);
+        QTRY_COMPARE(lines.count(), 1);
+        QCOMPARE(::write(ends[1], "ff\r\nquit", 8), 8);
+        ::close(ends[1]);
+        QTRY_COMPARE(lines.count(), 3);
+        QVERIFY(parseConsoleLine(lines[1].first().toString()).action == Action::SendEvent);
+        QCOMPARE(lines[2].first().toString(), "quit");
+        QVERIFY(!lines.wait(20)); // The end of the input is not read again and again.
+        ::close(ends[0]);
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_root;
+};
+
+QTEST_GUILESS_MAIN(TestReceiver)
+#include "test_receiver.moc"
