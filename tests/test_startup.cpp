@@ -1,0 +1,126 @@
+#include "app/log_sink.h"
+#include "app/startup.h"
+#include "platform/box_paths.h"
+#include "tests/support/http_server.h"
+#include "tests/support/portal.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+#include <thread>
+
+namespace {
+
+const char logFile[] = "/tmp/vesprel.log";
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+/** The program as a process of its own: environment in, environment and requests out. */
+class TestStartup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void logLines()
+    {
+        const int before = readAll(logFile).size();
+        writeToLog(QtWarningMsg, QMessageLogContext(), QString::fromUtf8("\u5f00 \"q\""));
+        const QString line = QString::fromUtf8(readAll(logFile).mid(before));
+        static const QRegularExpression form("^\\d\\d:\\d\\d:\\d\\d: (.*)\\n$");
+        QCOMPARE(form.match(line).captured(1), QString::fromUtf8("\u5f00 \"q\""));
+    }
+
+    void start_data()
+    {
+        QTest::addColumn<QString>("logSwitch");
+        QTest::newRow("log") << "true";
+        QTest::newRow("no log") << "True";
+    }
+
+    /**
+     * The start page is asked for exactly, its script reaches the receiver, and child processes
+     * see what was set for them.
+     */
+    void start()
+    {
+        QFETCH(QString, logSwitch);
+        int count = 0;
+        const QCoreApplication events(count, nullptr);
+        const TemporaryRoot root;
+        const ReceiverPeer receiver(BoxPaths::receiverSocket());
+        HttpServer server;
+        server.page("/c/?a=b%20c", "<script>gSTB.Debug('marker ' + location.href);"
+                                   "gSTB.ExecAction('dump'); gSTB.Play('/a.ts')</script>");
+        const QString script =
+            root.write("home/default/action.sh",
+                       "#!/bin/sh\nenv > " + BoxPaths::root().toUtf8() + "/environment\n");
+        QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeUser);
+        const int logged = readAll(logFile).size();
+
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("VESPREL_ROOT", BoxPaths::root());
+        environment.insert("Q_VESPREL_PORTAL", server.url("/c/?a=b c").toString());
+        environment.insert("Q_VESPREL_LOG", logSwitch);
+        program.setProcessEnvironment(environment);
+        program.start(VESPREL_PROGRAM, QStringList());
+        QVERIFY(program.waitForStarted());
+        // The screen at the connection, then the play request of the page.
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.received(),
+                                  QByteArray("3ade68b1000004b00000000400000500"
+                                             "3ade68b1000003e800000005") +
+                                      QByteArray("/a.ts").toHex(),
+                                  20000);
+        QCOMPARE(server.requests().first().split('\r').first(),
+                 QByteArray("GET /c/?a=b%20c HTTP/1.1"));
+        const QList<QByteArray> variables = readAll(BoxPaths::root() + "/environment").split('\n');
+        const QByteArray home = BoxPaths::applicationHome().toLocal8Bit();
+        for (const QByteArray &expected :
+             {QByteArray("portal1=") + server.url("/c/?a=b c").toEncoded(), "APP_HOME=" + home,
+              QByteArray("LC_ALL=C.UTF-8"), QByteArray("QT_IM_MODULE=none"),
+              QByteArray("QT_ENABLE_HIGHDPI_SCALING=0")})
+            QVERIFY2(variables.contains(expected), expected.constData());
+        QVERIFY(QDir(home).exists());
+        program.terminate();
+        QVERIFY(program.waitForFinished());
+
+        const QByteArray written = readAll(logFile).mid(logged);
+        const QByteArray marker = "[Web] \"marker " + server.url("/c/").toEncoded();
+        QCOMPARE(written.contains(marker), logSwitch == "true");
+        QCOMPARE(program.readAllStandardError().contains(marker), logSwitch != "true");
+    }
+
+    /** The loop's value is the process's, with the reader thread busy to the end. */
+    void endedFromOutside()
+    {
+        const TemporaryRoot root;
+        ReceiverPeer receiver(BoxPaths::receiverSocket());
+        qputenv("Q_VESPREL_PORTAL", "about:blank");
+        std::thread other([&receiver] {
+            while (!receiver.isConnected())
+                std::this_thread::yield();
+            receiver.send(QByteArray("3ade68b1000003e900000000").repeated(3000));
+            QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(7); });
+        });
+        int count = 1;
+        char name[] = "vesprel";
+        char *arguments[] = {name, nullptr};
+        const int result = runVesprel(count, arguments);
+        other.join();
+        QCOMPARE(result, 7);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestStartup)
+#include "test_startup.moc"
