@@ -1,0 +1,19 @@
+# Debian packages that building, running and testing need. Sourced by run.sh and test.sh.
+
+build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
+
+# install_missing PACKAGE...: installs what is not there, as root or through sudo.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "Installing ${missing[*]}"
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq \
+        --no-install-recommends "${missing[@]}" >/dev/null
+}
