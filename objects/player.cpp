@@ -98,6 +98,6 @@ int Statistics::getRtpDiscontinuity() const
 
 using AudioTrack = stbPlayer::audioTrackConfig;
 
-int AudioTrack::getPid() const { return loggedResult(0, "getPid", "():"); }
-QStringList AudioTrack::getLang() const { return loggedResult(QStringList(), "getLang", "():"); }
-int AudioTrack::getType() const { return loggedResult(0, "getType", "():"); }
+int AudioTrack::getPid() const { return loggedAnswer(0, "getPid", "():"); }
+QStringList AudioTrack::getLang() const { return loggedAnswer(QStringList(), "getLang", "():"); }
+int AudioTrack::getType() const { return loggedAnswer(0, "getType", "():"); }

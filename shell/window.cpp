@@ -82,7 +82,8 @@ Window::~Window()
 {
     // Views and their pages go while this is still a whole Window, for their last signals; then
     // the objects that the pages used, the player manager before the gSTB that it serves; then
-    // the link, which ends its reader thread.
+    // the link, which ends its reader thread. From here on there is no current view.
+    m_stack = nullptr;
     delete m_mdiArea;
     delete m_webWindow;
     delete m_windowManager;
@@ -189,7 +190,10 @@ void Window::watchView(QWebView *view)
             &Window::SetupJSObject);
 }
 
-QWebView *Window::currentView() const { return qobject_cast<QWebView *>(m_stack->currentWidget()); }
+QWebView *Window::currentView() const
+{
+    return m_stack ? qobject_cast<QWebView *>(m_stack->currentWidget()) : nullptr;
+}
 
 void Window::evaluate(const QString &statement)
 {

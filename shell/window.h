@@ -10,10 +10,10 @@
 
 class Enigma2;
 class PvrManager;
+class QKeyEvent;
 class QMdiArea;
 class QMdiSubWindow;
 class QStackedWidget;
-class QWebFrame;
 class QWebView;
 class VesprelV2;
 class stbPlayerManager;
@@ -22,6 +22,7 @@ class stbSurface;
 class stbTimeShift;
 class stbWebWindow;
 class stbWindowMgr;
+struct KeyRow;
 
 namespace EventStatement {
 enum class Recording;
@@ -117,6 +118,15 @@ private:
     void evaluate(const QString &statement);
     void injectScript(const char *name);
     void raiseRecordingEvent(EventStatement::Recording code, int id);
+
+    // Each of these says whether the key is consumed.
+    bool filterKey(QWebView &view, const QKeyEvent &event);
+    bool translateKey(QWebView &view, const QKeyEvent &event, const KeyRow &row);
+    bool postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row);
+    bool isChannelKey(QWebView &view);
+    bool pressOk(QWebView &view, const QKeyEvent &event);
+    bool goBack(QWebView &view, const QKeyEvent &event);
+    bool quitLogged(const char *record);
 
     VesprelV2 *m_gSTB = nullptr;
     stbPlayerManager *m_playerManager = nullptr;
