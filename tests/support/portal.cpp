@@ -1,5 +1,6 @@
 #include "tests/support/portal.h"
 
+#include "enigma2/enigma2.h"
 #include "platform/box_paths.h"
 
 #include <QDir>
@@ -43,6 +44,8 @@ Portal::Portal()
     : receiver(BoxPaths::receiverSocket())
 {
     window.show();
+    // Requests that a test leaves unanswered shall not cost it seconds.
+    window.findChild<Enigma2 *>()->setReplyTimeout(500);
 }
 
 void Portal::load(const QByteArray &body, const QString &name)
