@@ -2,10 +2,8 @@
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
 #include "platform/network_address.h"
+#include "tests/support/files.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QHostAddress>
 #include <QMap>
 #include <QRegularExpression>
@@ -21,13 +19,6 @@ Q_DECLARE_METATYPE(QNetworkInterface::InterfaceType)
 Q_DECLARE_METATYPE(FileContents)
 
 namespace {
-
-/** Adds one row of test data. */
-template <typename... Values>
-void row(const char *name, const Values &...values)
-{
-    (QTest::newRow(name) << ... << values);
-}
 
 } // namespace
 
@@ -115,10 +106,7 @@ private slots:
         const QTemporaryDir root;
         BoxPaths::setRoot(root.path());
         for (auto it = files.begin(); it != files.end(); ++it) {
-            QVERIFY(QDir().mkpath(QFileInfo(root.path() + it.key()).path()));
-            QFile file(root.path() + it.key());
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(it.value());
+            writeFile(root.path() + it.key(), it.value());
         }
         QCOMPARE(findSerialNumber("00:1A:2B:3C:4D:5E"), expected);
     }

@@ -3,6 +3,8 @@
 #include "api/settings_file.h"
 #include "api/user_data.h"
 #include "platform/box_paths.h"
+#include "tests/support/files.h"
+#include "tests/support/log_capture.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,35 +15,8 @@
 
 namespace {
 
-/** Adds one row of test data. */
-template <typename... Values>
-void row(const char *name, const Values &...values)
-{
-    (QTest::newRow(name) << ... << values);
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    QCOMPARE(file.write(content), qint64(content.size()));
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
-
 // Content of a row whose file does not exist.
 const QByteArray missing = "(no file)";
-
-QStringList records;
-
-void keepRecord(QtMsgType, const QMessageLogContext &, const QString &text)
-{
-    records.append(text);
-}
 
 } // namespace
 
@@ -363,11 +338,9 @@ private slots:
     {
         QFETCH(QString, par);
         QFETCH(QStringList, expected);
-        records.clear();
-        const QtMessageHandler previous = qInstallMessageHandler(keepRecord);
+        LogCapture log;
         query(par);
-        qInstallMessageHandler(previous);
-        QCOMPARE(records, expected);
+        QCOMPARE(log.take(), expected);
     }
 
 private:

@@ -1,6 +1,7 @@
 #include "app/log_sink.h"
 #include "app/startup.h"
 #include "platform/box_paths.h"
+#include "tests/support/files.h"
 #include "tests/support/http_server.h"
 #include "tests/support/portal.h"
 
@@ -18,12 +19,6 @@ namespace {
 
 const char logFile[] = "/tmp/vesprel.log";
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 /** The program as a process of its own: environment in, environment and requests out. */
@@ -34,9 +29,10 @@ class TestStartup : public QObject
 private slots:
     void logLines()
     {
-        const int before = readAll(logFile).size();
+        writeToLog(QtDebugMsg, QMessageLogContext(), "a line so that there is a file");
+        const int before = contentOf(logFile).size();
         writeToLog(QtWarningMsg, QMessageLogContext(), QString::fromUtf8("\u5f00 \"q\""));
-        const QString line = QString::fromUtf8(readAll(logFile).mid(before));
+        const QString line = QString::fromUtf8(contentOf(logFile).mid(before));
         static const QRegularExpression form("^\\d\\d:\\d\\d:\\d\\d: (.*)\\n$");
         QCOMPARE(form.match(line).captured(1), QString::fromUtf8("\u5f00 \"q\""));
     }
@@ -66,7 +62,7 @@ private slots:
             root.write("home/default/action.sh",
                        "#!/bin/sh\nenv > " + BoxPaths::root().toUtf8() + "/environment\n");
         QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeUser);
-        const int logged = readAll(logFile).size();
+        const int logged = contentOf(logFile).size();
 
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -84,7 +80,8 @@ private slots:
                                   20000);
         QCOMPARE(server.requests().first().split('\r').first(),
                  QByteArray("GET /c/?a=b%20c HTTP/1.1"));
-        const QList<QByteArray> variables = readAll(BoxPaths::root() + "/environment").split('\n');
+        const QList<QByteArray> variables =
+            contentOf(BoxPaths::root() + "/environment").split('\n');
         const QByteArray home = BoxPaths::applicationHome().toLocal8Bit();
         for (const QByteArray &expected :
              {QByteArray("portal1=") + server.url("/c/?a=b c").toEncoded(), "APP_HOME=" + home,
@@ -95,7 +92,7 @@ private slots:
         program.terminate();
         QVERIFY(program.waitForFinished());
 
-        const QByteArray written = readAll(logFile).mid(logged);
+        const QByteArray written = contentOf(logFile).mid(logged);
         const QByteArray marker = "[Web] \"marker " + server.url("/c/").toEncoded();
         QCOMPARE(written.contains(marker), logSwitch == "true");
         QCOMPARE(program.readAllStandardError().contains(marker), logSwitch != "true");

@@ -1,5 +1,6 @@
 #include "api/directory_listing.h"
 #include "api/system_action.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -18,31 +19,11 @@ Q_DECLARE_METATYPE(SystemAction::Kind)
 
 namespace {
 
-/** Adds one row of test data. */
-template <typename... Values>
-void row(const char *name, const Values &...values)
-{
-    (QTest::newRow(name) << ... << values);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    QCOMPARE(file.write(content), qint64(content.size()));
-}
-
 /** Whether the process is gone or only its exit status is left. */
 bool hasEnded(const QByteArray &pid)
 {
     const QByteArray status = contentOf("/proc/" + QString::fromLatin1(pid) + "/stat");
-    return status.isEmpty() || status.mid(status.lastIndexOf(')') + 2, 1) == "Z";
+    return status == "(no file)" || status.mid(status.lastIndexOf(')') + 2, 1) == "Z";
 }
 
 // As the C library hands them out, which is the file system's order.

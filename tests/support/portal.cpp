@@ -2,10 +2,8 @@
 
 #include "enigma2/enigma2.h"
 #include "platform/box_paths.h"
+#include "tests/support/files.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
@@ -33,10 +31,7 @@ TemporaryRoot::TemporaryRoot() { BoxPaths::setRoot(m_folder.path()); }
 QString TemporaryRoot::write(const QString &path, const QByteArray &content) const
 {
     const QString full = m_folder.filePath(path);
-    QDir().mkpath(QFileInfo(full).path());
-    QFile file(full);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(full));
+    writeFile(full, content);
     return full;
 }
 
