@@ -1,4 +1,4 @@
-/* Starts the portal: scale, clock, mouse, the first page, and ?autoplay=1. */
+/* Starts the portal: scale, clock, mouse, settings, the first page, and what plays at once. */
 (function () {
     'use strict';
 
@@ -11,7 +11,17 @@
     }
 
     function showClock() {
-        document.getElementById('clock').textContent = EventLog.clock(new Date()).substr(0, 5);
+        var now = new Date();
+        var hours = now.getHours();
+        var minutes = EventLog.clock(now).substr(2, 3);
+        document.getElementById('clock').textContent = Settings.value('clock_format') === '12h' ?
+            (hours % 12 || 12) + minutes + (hours < 12 ? ' am' : ' pm') : hours + minutes;
+    }
+
+    function showSettings() {
+        document.getElementById('portalName').textContent =
+            Settings.value('portal_name') || 'demo portal';
+        showClock();
     }
 
     function showBoxState() {
@@ -36,10 +46,9 @@
         });
     }
 
-    function autoplay() {
-        Player.play(Entries[0]);
+    function autoplay(entry) {
+        Video.play(entry);
         if (Player.entry()) {
-            Pager.open('video');
             PlayerBar.show(true);
         }
     }
@@ -51,12 +60,16 @@
     connectMouse();
     document.getElementById('routeName').textContent = Player.route();
     showBoxState();
-    showClock();
+    Settings.listen(showSettings);
+    Settings.read();
+    showSettings();
     EventLog.show(true);
     Pager.open('menu');
     Box.stb('InitPlayer');
     if (/[?&]autoplay=1/.test(window.location.search)) {
-        autoplay();
+        autoplay(Entries[0]);
+    } else if (Favourites.startsPlaying()) {
+        autoplay(Favourites.entry());
     }
     PlayerBar.update();
     setInterval(function () {

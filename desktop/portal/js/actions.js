@@ -16,9 +16,30 @@ var Actions = (function () {
         openKeys: function () {
             Pager.open(Pager.current() === 'keys' ? 'menu' : 'keys');
         },
+        openSearch: function () {
+            Pager.open('search');
+        },
+        openMedia: function () {
+            Pager.open('media');
+        },
+        openRecordings: function () {
+            Pager.open('recordings');
+        },
+        openSettings: function () {
+            Pager.open('settings');
+        },
+        openDevice: function () {
+            Pager.open('device');
+        },
+        openFavourites: function () {
+            Favourites.open();
+        },
+        back: function () {
+            Pager.back();
+        },
         toggleFullScreen: function () {
             if (Pager.current() === 'video') {
-                Pager.open('menu');
+                Pager.back();
             } else if (Player.entry()) {
                 Pager.open('video');
             }
@@ -28,7 +49,9 @@ var Actions = (function () {
         },
         stop: function () {
             Player.stop();
-            Pager.open('menu');
+            if (Pager.current() === 'video') {
+                Pager.back();
+            }
         },
         seekBack: function () {
             Player.seekBy(-10);

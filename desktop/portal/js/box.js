@@ -42,6 +42,19 @@ var Box = (function () {
         player: function (name) {
             return call(object('stbPlayer'), name, Array.prototype.slice.call(arguments, 1));
         },
+        /* pvrManager's method of this name with the further arguments. */
+        recordings: function (name) {
+            return call(object('pvrManager'), name, Array.prototype.slice.call(arguments, 1));
+        },
+        /* stbWindowMgr's method of this name with the further arguments. */
+        windows: function (name) {
+            return call(object('stbWindowMgr'), name, Array.prototype.slice.call(arguments, 1));
+        },
+        /* stbWebWindow's method of this name with the further arguments. */
+        webWindow: function (name) {
+            return call(object('stbWebWindow'), name, Array.prototype.slice.call(arguments, 1));
+        },
+        parse: parse,
         /* 0 stopped, 1 starting, 2 playing, 3 paused. */
         playState: function () {
             var player = object('stbPlayer');

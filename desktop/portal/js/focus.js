@@ -1,17 +1,41 @@
 /*
  * Lists whose items are chosen with the arrow keys or the mouse. One list has the focus at a time;
- * its chosen item carries the class "focused".
+ * its chosen item carries the class "focused". The chosen item of every list carries "chosen".
  */
 var Focus = (function () {
     'use strict';
 
     var active = null;
+    var mouseX = -1;
+    var mouseY = -1;
+
+    function setClass(item, name, wanted) {
+        item.classList[wanted ? 'add' : 'remove'](name);
+    }
 
     function show(list) {
         list.items.forEach(function (item, index) {
-            var focused = list === active && index === list.index;
-            item.classList[focused ? 'add' : 'remove']('focused');
+            setClass(item, 'chosen', index === list.index);
+            setClass(item, 'focused', list === active && index === list.index);
         });
+    }
+
+    /* Scrolls a list that is longer than its element. */
+    function keepVisible(list) {
+        var element = list.element;
+        var item = list.items[list.index];
+        if (item) {
+            element.scrollTop = Math.max(item.offsetTop + item.offsetHeight - element.clientHeight,
+                Math.min(element.scrollTop, item.offsetTop));
+        }
+    }
+
+    /* False for the moves that the engine makes up when items move below a resting mouse. */
+    function hasMoved(event) {
+        var moved = event.screenX !== mouseX || event.screenY !== mouseY;
+        mouseX = event.screenX;
+        mouseY = event.screenY;
+        return moved;
     }
 
     function activate(list, index) {
@@ -22,13 +46,14 @@ var Focus = (function () {
             show(previous);
         }
         show(list);
+        keepVisible(list);
     }
 
     function addItem(list, data, index) {
         var item = document.createElement(list.element.tagName === 'UL' ? 'li' : 'div');
         list.render(item, data);
-        item.addEventListener('mousemove', function () {
-            if (list !== active || list.index !== index) {
+        item.addEventListener('mousemove', function (event) {
+            if (hasMoved(event) && (list !== active || list.index !== index)) {
                 activate(list, index);
             }
         });

@@ -19,6 +19,8 @@
     };
     var plainKeys = {107: 'volumeUp', 109: 'volumeDown', 187: 'volumeUp', 189: 'volumeDown'};
     var channelKey = 9;
+    // The box sets key.EXIT to this for the first portal only; later ones get the key all the same.
+    var escape = 27;
 
     function actionOf(event) {
         if (event.altKey) {
@@ -40,7 +42,8 @@
         if (event.altKey || event.ctrlKey) {
             return false;
         }
-        if (event.keyCode === key.BACK || event.keyCode === key.EXIT) {
+        if (event.keyCode === key.BACK || event.keyCode === key.EXIT ||
+                event.keyCode === escape) {
             Pager.back();
             return true;
         }
@@ -48,7 +51,7 @@
     }
 
     document.addEventListener('keydown', function (event) {
-        if (handle(event)) {
+        if (!TextField.takes(event) && handle(event)) {
             event.preventDefault();
             PlayerBar.update();
         }

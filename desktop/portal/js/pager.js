@@ -1,6 +1,6 @@
 /*
- * The page switcher. A page is an object with any of: element, open(), close(), key(code) and
- * back(); both return true when they used the key. Sub-pages lie over the main menu, which stays
+ * The page switcher. A page is an object with any of: element, open(previous), close(), key(code)
+ * and back(); the last two return true when they used the key. Sub-pages lie over the main menu, which stays
  * displayed below them; only the video hides it.
  */
 var Pager = (function () {
@@ -36,6 +36,7 @@ var Pager = (function () {
             return current;
         },
         open: function (name) {
+            var previous = current;
             leave(name);
             current = name;
             display(pages.menu, name !== 'video');
@@ -43,8 +44,13 @@ var Pager = (function () {
             document.body.className = document.body.className.replace(/\bat_\w+/g, '') + ' at_' + name;
             stb.cur_place = name === 'video' ? 'tv' : 'main_menu';
             if (pages[name].open) {
-                pages[name].open();
+                pages[name].open(previous);
             }
+        },
+        /* The back() of a sub-page. */
+        toMenu: function () {
+            Pager.open('menu');
+            return true;
         },
         key: function (code) {
             var page = pages[current];

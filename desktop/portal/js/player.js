@@ -41,6 +41,7 @@ var Player = (function () {
     });
 
     return {
+        resolve: resolve,
         states: states,
         route: function () {
             return route;

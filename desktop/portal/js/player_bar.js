@@ -40,7 +40,7 @@ var PlayerBar = (function () {
             setText('.now_title', entry ? entry.title : '');
             setText('.now_state', stateNames[state] || '');
             setText('.now_time', !entry ? '' : time(position) + (length > 0 ? ' / ' + time(length) : ' live'));
-            setText('.bar_hint', 'through ' + Player.route() + ' - OK pauses, left and right seek by 10 s, Back opens the menu');
+            setText('.bar_hint', 'through ' + Player.route() + ' - OK pauses, left and right seek by 10 s, Back leaves the video');
             setProgress(position, length);
             document.body.setAttribute('data-state', entry ? stateNames[state].toLowerCase() : 'stopped');
         },

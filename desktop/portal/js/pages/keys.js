@@ -25,9 +25,6 @@
 
     Pager.register('keys', {
         element: document.getElementById('page_keys'),
-        back: function () {
-            Pager.open('menu');
-            return true;
-        }
+        back: Pager.toMenu
     });
 }());

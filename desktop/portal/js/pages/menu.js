@@ -1,4 +1,4 @@
-/* The main menu: the entries, the preview and a row of buttons. */
+/* The main menu: the entries, the tiles of the other pages, the preview and a row of buttons. */
 (function () {
     'use strict';
 
@@ -12,16 +12,28 @@
         {label: 'Vol +', action: 'volumeUp'},
         {label: 'Mute', action: 'toggleMute'}
     ];
+    var tiles = [
+        {glyph: '\u2315', label: 'Search', action: 'openSearch'},
+        {glyph: '\u25a4', label: 'Media', action: 'openMedia'},
+        {glyph: '\u25cf', label: 'Recordings', action: 'openRecordings'},
+        {glyph: '\u2605', label: 'Favourites', action: 'openFavourites'},
+        {glyph: '\u2699', label: 'Settings', action: 'openSettings'},
+        {glyph: '\u2139', label: 'Device', action: 'openDevice'}
+    ];
+    var tileColumns = 3;
+    var tileGrid = Focus.list('tileGrid', renderTile, chooseButton);
     var entryList = Focus.list('entryList', renderEntry, chooseEntry);
     var buttonRow = Focus.list('buttonRow', renderButton, chooseButton);
+    var lastList = entryList;
 
     function renderEntry(item, entry) {
-        var title = document.createElement('b');
-        var note = document.createElement('small');
-        title.textContent = entry.title;
-        note.textContent = entry.note;
-        item.appendChild(title);
-        item.appendChild(note);
+        Rows.text(item, entry.title, entry.note);
+    }
+
+    function renderTile(item, tile) {
+        item.className = 'tile';
+        Rows.add(item, 'span', 'glyph', tile.glyph);
+        Rows.add(item, 'span', '', tile.label);
     }
 
     function renderButton(item, button) {
@@ -78,8 +90,8 @@
     function keyInList(code) {
         if (code === key.UP) {
             Focus.move(entryList, -1);
-        } else if (code === key.DOWN) {
-            Focus.move(entryList, 1);
+        } else if (code === key.DOWN && !Focus.move(entryList, 1)) {
+            Focus.activate(tileGrid);
         } else if (code === key.RIGHT) {
             Focus.activate(buttonRow);
         } else if (code === key.OK) {
@@ -87,6 +99,24 @@
         }
     }
 
+    function keyInTiles(code) {
+        var atRowEnd = tileGrid.index % tileColumns === tileColumns - 1;
+        if (code === key.UP && !Focus.move(tileGrid, -tileColumns)) {
+            Focus.activate(entryList);
+        } else if (code === key.DOWN) {
+            Focus.move(tileGrid, tileColumns);
+        } else if (code === key.LEFT && tileGrid.index % tileColumns > 0) {
+            Focus.move(tileGrid, -1);
+        } else if (code === key.RIGHT && atRowEnd) {
+            Focus.activate(buttonRow);
+        } else if (code === key.RIGHT) {
+            Focus.move(tileGrid, 1);
+        } else if (code === key.OK) {
+            Focus.choose(tileGrid);
+        }
+    }
+
+    Focus.fill(tileGrid, tiles);
     Focus.fill(entryList, Entries);
     Focus.fill(buttonRow, buttons);
     stbEvent.listen(markPlaying);
@@ -94,17 +124,21 @@
     Pager.register('menu', {
         element: document.querySelector('.main_menu'),
         open: function () {
-            if (!Focus.isActive(buttonRow)) {
-                Focus.activate(entryList);
-            }
+            // Back where the viewer left for another page.
+            Focus.activate(lastList);
             if (Player.entry()) {
                 placePreview();
             }
             markPlaying();
         },
+        close: function () {
+            lastList = [tileGrid, buttonRow].filter(Focus.isActive)[0] || entryList;
+        },
         key: function (code) {
             if (Focus.isActive(buttonRow)) {
                 keyInButtons(code);
+            } else if (Focus.isActive(tileGrid)) {
+                keyInTiles(code);
             } else {
                 keyInList(code);
             }

@@ -18,13 +18,8 @@
 
     function render(item, track, current) {
         var language = track.lang instanceof Array ? track.lang[0] : track.lang;
-        var title = document.createElement('b');
-        var note = document.createElement('small');
-        title.textContent = language || 'unknown';
-        note.textContent = track.none ? '' : 'pid ' + track.pid;
         item.className = !track.none && track.pid === current ? 'playing' : '';
-        item.appendChild(title);
-        item.appendChild(note);
+        Rows.text(item, language || 'unknown', track.none ? '' : 'pid ' + track.pid);
     }
 
     function select(method, track) {
@@ -72,9 +67,6 @@
             }
             return true;
         },
-        back: function () {
-            Pager.open('menu');
-            return true;
-        }
+        back: Pager.toMenu
     });
 }());

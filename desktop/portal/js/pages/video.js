@@ -1,6 +1,16 @@
-/* The full-screen video: nothing but the transparent page, and the player bar when it is asked. */
-(function () {
+/*
+ * The full-screen video: nothing but the transparent page, and the player bar when it is asked.
+ * Leaving it opens the page that it was opened from.
+ */
+var Video = (function () {
     'use strict';
+
+    var openedFrom = 'menu';
+
+    function leave() {
+        Pager.open(openedFrom);
+        return true;
+    }
 
     function zap(by) {
         var count = Entries.length;
@@ -27,12 +37,13 @@
 
     stbEvent.listen(function (code) {
         if (code === 1 && Pager.current() === 'video') {
-            Pager.open('menu');
+            leave();
         }
     });
 
     Pager.register('video', {
-        open: function () {
+        open: function (previous) {
+            openedFrom = previous || 'menu';
             Player.setWindow(null);
             PlayerBar.show();
         },
@@ -44,9 +55,16 @@
             PlayerBar.show();
             return true;
         },
-        back: function () {
-            Pager.open('menu');
-            return true;
-        }
+        back: leave
     });
+
+    return {
+        /* Plays an entry in full; without a box nothing opens. */
+        play: function (entry) {
+            Player.play(entry);
+            if (Player.entry()) {
+                Pager.open('video');
+            }
+        }
+    };
 }());

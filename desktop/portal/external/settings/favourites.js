@@ -1,0 +1,87 @@
+/*
+ * The page that chooses the favourite entry. The focus is the document's own, since the box looks
+ * for the focused element when OK is pressed.
+ */
+(function () {
+    'use strict';
+
+    var keys = {BACK: 8, OK: 13, ESCAPE: 27, UP: 38, DOWN: 40};
+    var favourite = document.getElementById('favourite');
+    var autostart = document.getElementById('autostart');
+    var state = document.getElementById('state');
+    var controls = [favourite, autostart, document.getElementById('close')];
+
+    function scale() {
+        document.documentElement.style.fontSize = 20 * window.innerHeight / 720 + 'px';
+    }
+
+    function fill() {
+        var values = Settings.read();
+        Entries.forEach(function (entry) {
+            var option = document.createElement('option');
+            option.value = Settings.withoutBlanks(entry.title);
+            option.textContent = entry.title;
+            option.selected = option.value === values.favourite;
+            favourite.appendChild(option);
+        });
+        autostart.checked = values.favourite_autostart === 'yes';
+    }
+
+    function save() {
+        var kept = Settings.save({
+            favourite: favourite.value,
+            favourite_autostart: autostart.checked ? 'yes' : 'no'
+        });
+        state.className = 'state_text ' + (kept ? 'good' : 'bad');
+        state.textContent = kept ? 'Saved.' : 'Not kept: no box, or no portal announced to it yet.';
+    }
+
+    function close() {
+        if (Box.isPresent()) {
+            Box.webWindow('close');
+        } else {
+            window.history.back();
+        }
+    }
+
+    function moveFocus(by) {
+        var index = controls.indexOf(document.activeElement) + by;
+        controls[Math.max(0, Math.min(index, controls.length - 1))].focus();
+    }
+
+    /* In an ordinary browser OK reaches the page. */
+    function choose() {
+        if (document.activeElement === autostart) {
+            autostart.checked = !autostart.checked;
+            save();
+        } else if (document.activeElement === controls[2]) {
+            close();
+        }
+    }
+
+    var handlers = {};
+    handlers[keys.UP] = function () {
+        moveFocus(-1);
+    };
+    handlers[keys.DOWN] = function () {
+        moveFocus(1);
+    };
+    handlers[keys.OK] = choose;
+    handlers[keys.BACK] = close;
+    handlers[keys.ESCAPE] = close;
+
+    document.addEventListener('keydown', function (event) {
+        if (handlers[event.keyCode] && !event.altKey && !event.ctrlKey) {
+            event.preventDefault();
+            handlers[event.keyCode]();
+        }
+    });
+    favourite.addEventListener('change', save);
+    autostart.addEventListener('change', save);
+    controls[2].addEventListener('click', close);
+    window.addEventListener('resize', scale);
+
+    scale();
+    fill();
+    favourite.focus();
+}());
