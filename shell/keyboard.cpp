@@ -22,6 +22,8 @@ void Window::VirtualKeyboardOpen()
 
 void Window::VirtualKeyboardClose()
 {
+    // A page that is still loading must not take the keys once nobody sees it.
+    m_keyboardView->stop();
     m_keyboardSubWindow->hide();
     if (QWebView *view = currentView())
         view->setFocus(Qt::OtherFocusReason);

@@ -120,6 +120,17 @@ private slots:
         QCOMPARE(keyboardTrace(), QString());
     }
 
+    void closedBeforeItsPageIsLoaded()
+    {
+        LogCapture log;
+        m_portal->evaluate("gSTB.ShowVirtualKeyboard(); gSTB.HideVirtualKeyboard()");
+        QString seen;
+        QTRY_VERIFY((seen += log.take().join('\n')).contains("keyboard finishLoading false"));
+        m_portal->clearTrace();
+        press(Qt::Key_A, Qt::NoModifier, "a");
+        QCOMPARE(m_portal->trace(), QString("keydown(65) keyup(65)"));
+    }
+
     void missingPageLeavesKeysWithThePortal()
     {
         QFile::remove(BoxPaths::root() + "/" + keyboardPath);
