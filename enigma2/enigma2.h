@@ -4,7 +4,6 @@
 #include "enigma2/messages.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QLocalSocket>
 #include <QMutex>
 #include <QObject>
@@ -16,6 +15,7 @@
 
 class Enigma2Thread;
 class QIODevice;
+class QJsonObject;
 
 /**
  * Client of the receiver process: one slot per command, one signal per event. Commands leave on a

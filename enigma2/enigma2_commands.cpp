@@ -7,6 +7,7 @@
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QMutexLocker>
 
 namespace {

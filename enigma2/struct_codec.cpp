@@ -1,111 +1,14 @@
 #include "enigma2/struct_codec.h"
 
+#include "enigma2/format_walker.h"
+
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
-enum class ByteOrder { Big = 1, Little = 2 };
-
-#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-constexpr ByteOrder hostOrder = ByteOrder::Big;
-#else
-constexpr ByteOrder hostOrder = ByteOrder::Little;
-#endif
-
 constexpr std::size_t alignment = 4;
-
-/** Bytes of an item that struct_calcsize() counts, 0 for a character that is no item. */
-int countedSize(char item)
-{
-    switch (item) {
-    case 'b':
-    case 'B': return 1;
-    case 'h':
-    case 'H': return 2;
-    case 'i':
-    case 'I':
-    case 'l':
-    case 'L':
-    case 'f':
-    case 'o':
-    case 's': return 4;
-    case 'q':
-    case 'Q':
-    case 'd': return 8;
-    // Peers have always sized a time stamp at 12, although it packs to 14.
-    case 't': return 12;
-    default: return 0;
-    }
-}
-
-/** Steps through the items of a format with their repeat count and byte order. */
-class FormatWalker
-{
-public:
-    explicit FormatWalker(const char *format)
-        : m_next(format)
-    {
-    }
-
-    /** Moves to the next item; false at the end of the format and at an unknown character. */
-    bool advance()
-    {
-        for (; *m_next != '\0'; ++m_next) {
-            const char character = *m_next;
-            if (character == '!' || character == '>') {
-                m_order = ByteOrder::Big;
-            } else if (character == '<') {
-                m_order = ByteOrder::Little;
-            } else if (character == '=') {
-                m_order = hostOrder;
-            } else if (countedSize(character) > 0) {
-                m_item = character;
-                takeCount();
-                ++m_next;
-                return true;
-            } else if (std::isdigit(static_cast<unsigned char>(character))) {
-                if (m_digitCount < m_digits.size() - 1)
-                    m_digits[m_digitCount++] = character;
-            } else {
-                m_failed = true;
-                return false;
-            }
-        }
-        return false;
-    }
-
-    char item() const { return m_item; }
-    long count() const { return m_count; }
-    ByteOrder order() const { return m_order; }
-    bool failed() const { return m_failed; }
-
-private:
-    void takeCount()
-    {
-        m_count = 1;
-        if (m_digitCount == 0)
-            return;
-        m_digits[m_digitCount] = '\0';
-        errno = 0;
-        m_count = std::strtol(m_digits.data(), nullptr, 10);
-        // A count out of range stays pending for the next item; formats rely on the full walk.
-        if (errno != ERANGE)
-            m_digitCount = 0;
-    }
-
-    const char *m_next;
-    std::array<char, 32> m_digits = {};
-    std::size_t m_digitCount = 0;
-    ByteOrder m_order = hostOrder;
-    char m_item = '\0';
-    long m_count = 1;
-    bool m_failed = false;
-};
 
 /** The variable arguments, so that helpers can take the next one wherever they are. */
 struct Arguments
