@@ -8,10 +8,12 @@
 void writeToLog(QtMsgType, const QMessageLogContext &, const QString &message)
 {
     QFile file("/tmp/vesprel.log");
-    // Unbuffered: each line leaves in a single write, so that threads do not mix theirs.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
         return;
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
-    stream << QTime::currentTime().toString(Qt::TextDate) << ": " << message << Qt::endl;
+    // As one text into an unbuffered file: the line leaves in a single write, so that threads do
+    // not mix theirs.
+    const QString line = QTime::currentTime().toString(Qt::TextDate) + ": " + message + '\n';
+    stream << line << Qt::flush;
 }

@@ -26,6 +26,7 @@ enum class KeyRoute {
     Translated,
 };
 
+/** Where a key goes, given its code and what the window knows. */
 KeyRoute routeKey(int key, const KeyState &state);
 
 /** The key as the on-screen keyboard's page wants it. */
@@ -59,19 +60,23 @@ struct BackSituation
     QUrl portalUrl;
 };
 
+/** What a back key does. Leaving asks the receiver, quitting hides the browser. */
 enum class BackDecision {
     LeaveApplication,
     QuitByLauncher,
     LeaveForeignPage,
-    QuitInvalidPage,
+    QuitInvalidPage, ///< no portal has reported itself loaded yet
     QuitByMainMenu,
     QuitBySpecialMenu,
-    PostBackspace,
+    PostBackspace, ///< the launcher knows Backspace, not Escape
     Pass,
 };
 
-/** Whether the decision needs to know the launcher's frames, or else the portal's parts. */
+/** Whether the decision needs to know if the launcher's frames start an application. */
 bool needsLauncherFrames(const BackSituation &situation);
+
+/** Whether the decision needs to know which parts of the portal are shown. */
 bool needsPortalParts(const BackSituation &situation);
 
+/** Decides on a back key; what the page was not asked for counts as not shown. */
 BackDecision decideBack(const BackSituation &situation);

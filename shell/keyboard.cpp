@@ -13,6 +13,8 @@
 
 void Window::VirtualKeyboardOpen()
 {
+    // The keys stay with the portal until this load has ended well.
+    m_keyboardShown = false;
     m_keyboardView->load(QUrl(BoxPaths::keyboardPageUrl()));
     m_keyboardSubWindow->show();
     if (QWebView *view = currentView())

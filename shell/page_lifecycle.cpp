@@ -8,6 +8,7 @@
 #include "shell/web_page.h"
 #include "shell/window.h"
 
+#include <QDialog>
 #include <QNetworkReply>
 #include <QStackedWidget>
 #include <QThread>
@@ -15,6 +16,24 @@
 #include <QWebSecurityOrigin>
 #include <QWebSettings>
 #include <QWebView>
+
+namespace {
+
+/**
+ * Deletes a view later. One whose page shows a dialog is still inside the script that asked for it:
+ * it goes only after that has come to its end.
+ */
+void deleteAfterDialog(QWebView *view)
+{
+    if (auto *dialog = view->findChild<QDialog *>()) {
+        QObject::connect(dialog, &QObject::destroyed, view, &QObject::deleteLater);
+        dialog->reject();
+    } else {
+        view->deleteLater();
+    }
+}
+
+} // namespace
 
 void Window::setUrl(const QUrl &url)
 {
@@ -100,9 +119,9 @@ void Window::WinCloseWebFavorites()
         m_stack->removeWidget(favorites);
         favorites->stop();
         favorites->close();
-        favorites->deleteLater();
+        deleteAfterDialog(favorites);
     }
-    m_webFavoritesOpen = false;
+    m_webFavoritesOpen = m_stack->currentIndex() > 0;
     if (m_pageMode == PageMode::Settings)
         m_pageMode = PageMode::Portal;
     logRecord("WinCloseWebFavorites", "()");

@@ -10,6 +10,7 @@ class QWebPagePriv : public QWebPage
 public:
     using QWebPage::QWebPage;
 
+    /** The same for every URL: the box's User-Agent, unless it is replaced. */
     QString userAgentForUrl(const QUrl &url) const override;
 };
 

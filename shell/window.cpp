@@ -82,8 +82,13 @@ Window::~Window()
 {
     // Views and their pages go while this is still a whole Window, for their last signals; then
     // the objects that the pages used, the player manager before the gSTB that it serves; then
-    // the link, which ends its reader thread. From here on there is no current view.
+    // the link, which ends its reader thread.
+    // From here on there is no current view, and what a page still says in its unload handler
+    // reaches the receiver but none of the views that are going.
     m_stack = nullptr;
+    m_gSTB->disconnect(this);
+    m_windowManager->disconnect(this);
+    m_webWindow->disconnect(this);
     delete m_mdiArea;
     delete m_webWindow;
     delete m_windowManager;

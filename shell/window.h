@@ -48,6 +48,7 @@ public:
     /** Loads a URL in the current view and tells child processes of it by "portal1". */
     void setUrl(const QUrl &url);
 
+    /** Sees every key press of the current view first and consumes what it translates. */
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
