@@ -384,7 +384,7 @@ private slots:
         QTRY_COMPARE(on.count(), 1);
         const QStringList records = log.take();
         for (const char *record :
-             {"Enigma2 onConnected", "Enigma2 OnPlay:  \"http://a\"",
+             {"\u5f00\u59cb\u6267\u884c", "Enigma2 onConnected", "Enigma2 OnPlay:  \"http://a\"",
               "MediaSeek:  \"\\x00\\x00\\x00\\x1E\"", "Enigma2 RunApp:  \"setup\"",
               "VirtualScreen:  1280 \"\\x00\\x00\\x05\\x00\"", "MsgPvrGetAllTasks:  start 0",
               "MsgPvrGetAllTasks:  end", "MsgGetAudioPid:  7", "got power on msg"})

@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <algorithm>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>

@@ -4,6 +4,7 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QMdiSubWindow>
 #include <QTest>
@@ -110,14 +111,37 @@ private slots:
         QVERIFY(m_portal->window.isVisible());
     }
 
-    /** A second opening loads the page anew. */
+    /** A second opening loads the page anew; until then the keys are the portal's again. */
     void openingTwiceReloads()
     {
         openKeyboard();
         press(Qt::Key_Left);
         QCOMPARE(keyboardTrace(), QString("keydown(37) keyup(37)"));
+        m_portal->clearTrace();
+        m_portal->evaluate("gSTB.ShowVirtualKeyboard()");
+        press(Qt::Key_A, Qt::NoModifier, "a");
+        QCOMPARE(m_portal->trace(), QString("keydown(65) keyup(65)"));
         openKeyboard();
         QCOMPARE(keyboardTrace(), QString());
+    }
+
+    /** Opening and closing leave the focus with the portal, so that the remote reaches it. */
+    void focusStaysWithThePortal()
+    {
+        QApplication::setActiveWindow(&m_portal->window);
+        openKeyboard();
+        QCOMPARE(QApplication::focusWidget(), m_portal->view());
+        m_portal->view()->clearFocus();
+        m_portal->evaluate("gSTB.HideVirtualKeyboard()");
+        QCOMPARE(QApplication::focusWidget(), m_portal->view());
+    }
+
+    /** Each keyboard page brings the portal its functions again. */
+    void keyboardFunctionsComeAgain()
+    {
+        m_portal->evaluate("delete window.KeyboardPress; KeyboardPress = undefined");
+        openKeyboard();
+        QCOMPARE(m_portal->evaluate("typeof KeyboardPress"), QVariant("function"));
     }
 
     void closedBeforeItsPageIsLoaded()

@@ -169,7 +169,9 @@ private slots:
         QFETCH(int, key);
         build(focusedPage);
         m_portal->evaluate(state);
+        LogCapture log;
         QTEST(traceAfter(key), "trace");
+        QCOMPARE(log.take().filter("timeshift mode ").size(), 1);
     }
 
     void backKeys_data()
@@ -307,6 +309,22 @@ private slots:
         QTest::newRow("nothing") << QByteArray("<p id='f'>") << "keydown(13) keyup(13)" << false;
     }
 
+    /** Only a favourites page of the settings kind gets more of OK than the key. */
+    void okElsewhere()
+    {
+        const QByteArray checkbox =
+            QByteArray(tracingPage) +
+            "<body><input id='f' type='checkbox'><script>document.getElementById('f').focus();"
+            "</script>";
+        build(checkbox, "external/settings/portal.html");
+        QCOMPARE(traceAfter(Qt::Key_Return), QString("keydown(13) keyup(13)"));
+        const QString favorites = m_portal->root.write("plain.html", checkbox);
+        m_portal->window.WinOpenWebFavorites("file://" + favorites, 0);
+        QTRY_COMPARE(m_portal->evaluate("typeof trace"), QVariant("object"));
+        QTRY_COMPARE(m_portal->evaluate("document.readyState"), QVariant("complete"));
+        QCOMPARE(traceAfter(Qt::Key_Return), QString("keydown(13) keyup(13)"));
+    }
+
     void okInFavorites()
     {
         QFETCH(QByteArray, element);
@@ -322,7 +340,9 @@ private slots:
         QTRY_COMPARE(m_portal->evaluate("clicks"), QVariant(0.0));
         LogCapture log;
         QTEST(traceAfter(Qt::Key_Return, Qt::NoModifier, "\r"), "trace");
-        QVERIFY(log.take().contains("Key_Enter true"));
+        const QStringList records = log.take();
+        QVERIFY(records.contains("Key_Enter true"));
+        QCOMPARE(records.filter("webframe QPoint(").size(), combobox ? 1 : 0);
         QCOMPARE(m_portal->evaluate("clicks"), QVariant(combobox ? 1.0 : 0.0));
         if (!combobox)
             return;

@@ -27,14 +27,23 @@ class TestStartup : public QObject
     Q_OBJECT
 
 private slots:
+    /** Lines of two threads stay whole, however long they are, and others may write as well. */
     void logLines()
     {
-        writeToLog(QtDebugMsg, QMessageLogContext(), "a line so that there is a file");
-        const int before = contentOf(logFile).size();
-        writeToLog(QtWarningMsg, QMessageLogContext(), QString::fromUtf8("\u5f00 \"q\""));
-        const QString line = QString::fromUtf8(contentOf(logFile).mid(before));
-        static const QRegularExpression form("^\\d\\d:\\d\\d:\\d\\d: (.*)\\n$");
-        QCOMPARE(form.match(line).captured(1), QString::fromUtf8("\u5f00 \"q\""));
+        const QString marker = QString("marker %1 \u5f00 ").arg(QCoreApplication::applicationPid());
+        const QString longLine = marker + QString(20000, 'x');
+        std::thread other([&longLine] {
+            for (int i = 0; i < 50; ++i)
+                writeToLog(QtWarningMsg, QMessageLogContext(), longLine);
+        });
+        for (int i = 0; i < 50; ++i)
+            writeToLog(QtDebugMsg, QMessageLogContext(), longLine);
+        other.join();
+        static const QRegularExpression form("^\\d\\d:\\d\\d:\\d\\d: (.*)$");
+        int whole = 0;
+        for (const QByteArray &line : contentOf(logFile).split('\n'))
+            whole += form.match(QString::fromUtf8(line)).captured(1) == longLine;
+        QCOMPARE(whole, 100);
     }
 
     void start_data()

@@ -57,10 +57,8 @@ private slots:
 
     void absurdCountStaysDefined()
     {
-        // LONG_MAX stays pending, so the second item multiplies by it as well.
-        const char format[] = "99999999999999999999I";
-        QCOMPARE(struct_calcsize(format), -4);
-        QCOMPARE(struct_calcsize("99999999999999999999IB"), -5);
+        // The count out of range is the largest long, and its size wraps.
+        QCOMPARE(struct_calcsize("99999999999999999999I"), -4);
     }
 
     void pack_data()

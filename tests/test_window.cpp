@@ -6,10 +6,13 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
+#include <QApplication>
 #include <QNetworkDiskCache>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTimer>
 #include <QWebFrame>
 #include <QWebView>
 
@@ -287,13 +290,125 @@ private slots:
         QCOMPARE(m_portal->stack()->currentIndex(), 0);
     }
 
-    /** A window may go at any moment of a load and under a flood of events. */
+    /** However many are open, each close takes one, and the last brings the portal back. */
+    void favoritesTwice()
+    {
+        build();
+        m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
+        m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
+        QCOMPARE(m_portal->stack()->currentIndex(), 2);
+        m_portal->evaluate("stbWebWindow.close()");
+        QCOMPARE(m_portal->stack()->currentIndex(), 1);
+        m_portal->evaluate("stbWebWindow.close()");
+        QCOMPARE(m_portal->stack()->currentIndex(), 0);
+    }
+
+    void pageModeAfterFavorites_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QString>("trace");
+        // The back key tells the mode: in an application it is the receiver's.
+        QTest::newRow("settings") << "external/settings/f.html"
+                                  << "keydown(8) keyup(8)";
+        QTest::newRow("application") << "vesprel_apps/f.html"
+                                     << "keyup(8)";
+    }
+
+    void pageModeAfterFavorites()
+    {
+        QFETCH(QString, page);
+        build();
+        m_portal->load(QByteArray(tracingPage) + "<script>gSTB.InitPlayer();</script>");
+        const QString path = m_portal->root.write(page, "<title>fav</title>");
+        m_portal->window.WinOpenWebFavorites("file://" + path, 0);
+        QTRY_COMPARE(m_portal->evaluate("document.title"), QVariant("fav"));
+        m_portal->window.WinCloseWebFavorites();
+        QTest::keyClick(m_portal->view(), Qt::Key_Backspace);
+        QTEST(m_portal->trace(), "trace");
+    }
+
+    /** A favourites page identifies itself as the box, but its failures are its own. */
+    void favoritesOnTheNetwork()
+    {
+        build();
+        HttpServer server;
+        server.page("/fav", "<title>fav</title><img src='/missing.png'>");
+        LogCapture log;
+        m_portal->window.WinOpenWebFavorites(server.url("/fav").toString(), 0);
+        QTRY_COMPARE(server.requests().size(), 2);
+        QTRY_COMPARE(m_portal->evaluate("document.readyState"), QVariant("complete"));
+        QVERIFY(server.requests().first().contains("MAG200 stbapp ver: 4 rev: 734"));
+        QCOMPARE(log.take().filter("NetworkReplyError").size(), 0);
+    }
+
+    /** Closed by an event while its own alert is open: the page's script ends before it goes. */
+    void favoritesClosedDuringAlert()
+    {
+        build();
+        m_portal->load("<title>portal</title>");
+        const QString page =
+            m_portal->root.write("alert.html", "<title>fav</title><script>var stbEvent = {onEvent:"
+                                               "function () { stbWebWindow.close(); }};"
+                                               "</script>");
+        m_portal->window.WinOpenWebFavorites("file://" + page, 0);
+        QTRY_COMPARE(m_portal->evaluate("document.title"), QVariant("fav"));
+        const QPointer<QWebView> favorites = m_portal->view();
+        m_portal->evaluate("setTimeout(function () { alert('open'); }, 0)");
+        QTimer event;
+        connect(&event, &QTimer::timeout, this, [this, &event] {
+            if (QApplication::activeModalWidget()) {
+                event.stop();
+                m_portal->window.OnPlayEnd();
+            }
+        });
+        event.start(10);
+        QTRY_VERIFY(favorites.isNull());
+        QCOMPARE(m_portal->evaluate("document.title"), QVariant("portal"));
+    }
+
+    /** A failed page gets no developer's script. */
+    void noDebugScriptAfterFailure()
+    {
+        qputenv("Q_WEB_DEBUG", "gSTB.Debug('debugged')");
+        build();
+        LogCapture log;
+        m_portal->window.setUrl(QUrl("file:///no/such/page.html"));
+        QString seen;
+        QTRY_VERIFY((seen += log.take().join('\n')).contains("finishLoading false"));
+        QVERIFY(!seen.contains("debugged"));
+    }
+
+    void lastWords_data()
+    {
+        QTest::addColumn<QString>("script");
+        for (const char *script :
+             {"gSTB.HideVirtualKeyboard()", "gSTB.ShowVirtualKeyboard()", "gSTB.SetTopWin(1)",
+              "stbWebWindow.SetGeometry(1, 2, 3, 4)", "stbWebWindow.close()",
+              "stbWindowMgr.openWebFavorites('about:blank', 0)", "gSTB.Play('u')",
+              "stbWindowMgr.GetFocusedInputInfo()", "pvrManager.GetAllTasks()"})
+            QTest::newRow(script) << QString(script);
+    }
+
+    /** What a page says while its window goes touches nothing that went before. */
+    void lastWords()
+    {
+        QFETCH(QString, script);
+        build();
+        m_portal->load("<script>onunload = function () { " + script.toUtf8() + "; };</script>");
+        m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
+        m_portal->evaluate("onunload = function () { " + script + "; }");
+        m_portal.reset();
+    }
+
+    /** A window may go in the middle of a load and under a flood of events. */
     void endsUnderLoad()
     {
         build();
         HttpServer server;
+        server.silence("/never");
         m_portal->load(tracingPage);
         m_portal->window.setUrl(server.url("/never"));
+        QTRY_COMPARE(server.requests().size(), 1);
         m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
         m_portal->receiver.send(QByteArray("3ade68b1000003e900000000").repeated(2000));
         QCoreApplication::processEvents();

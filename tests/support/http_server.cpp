@@ -30,11 +30,15 @@ void HttpServer::redirect(const QByteArray &path, const QByteArray &target)
                       "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
 }
 
+void HttpServer::silence(const QByteArray &path) { m_answers[path] = QByteArray(); }
+
 void HttpServer::answer(QTcpSocket *socket)
 {
     const QByteArray head = socket->readAll();
     m_requests.append(head);
     const QByteArray path = head.split(' ').value(1);
+    if (m_answers.contains(path) && m_answers[path].isEmpty())
+        return;
     socket->write(m_answers.value(path, "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n"
                                         "Connection: close\r\n\r\n"));
     socket->disconnectFromHost();

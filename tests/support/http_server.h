@@ -20,6 +20,9 @@ public:
     /** Answers a path with a redirect to another path. */
     void redirect(const QByteArray &path, const QByteArray &target);
 
+    /** Leaves requests of a path without any answer. */
+    void silence(const QByteArray &path);
+
     /** Heads of all requests so far. */
     QList<QByteArray> requests() const { return m_requests; }
 
