@@ -2,10 +2,6 @@
 
 namespace {
 
-// The remote's own codes: its settings key, and one that moves the focus back.
-constexpr int settingsKey = 0x100011c;
-constexpr int focusBackKey = 0x1000119;
-
 constexpr char control[] = "In ministra portal, convert ctrl+";
 constexpr char alt[] = "convert key to alt+";
 
@@ -21,13 +17,13 @@ constexpr KeyRow keyRows[] = {
     {Qt::Key_F5,        Action::Post,      Qt::Key_Backspace, Mod::Same,    "convert F5 to Backspace"},
     {Qt::Key_F11,       Action::Favorites, Qt::Key_F11,       Mod::Control, "In portal, convert ctrl+F11"},
     {Qt::Key_F12,       Action::RunApp,    0,                 Mod::None,    "apps"},
-    {settingsKey,       Action::RunApp,    0,                 Mod::None,    "setup"},
+    {Qt::Key_Settings,  Action::RunApp,    0,                 Mod::None,    "setup"},
     {Qt::Key_PowerOff,  Action::Standby,   0,                 Mod::None,    "APP request standby"},
     {Qt::Key_Home,      Action::Quit,      0,                 Mod::None,    ""},
     {Qt::Key_U,         Action::Quit,      0,                 Mod::None,    ""},
     {Qt::Key_PageUp,    Action::Channel,   Qt::Key_Tab,       Mod::None,    "convert key to ch+"},
     {Qt::Key_PageDown,  Action::Channel,   Qt::Key_Tab,       Mod::Shift,   "convert key to ch-"},
-    {focusBackKey,      Action::Post,      Qt::Key_Tab,       Mod::Shift,   alt},
+    {Qt::Key_ChannelDown, Action::Post,    Qt::Key_Tab,       Mod::Shift,   alt},
     {Qt::Key_Return,    Action::Ok,        0,                 Mod::None,    "Key_Enter"},
     {Qt::Key_Enter,     Action::Ok,        0,                 Mod::None,    "Key_Enter"},
     {Qt::Key_Escape,    Action::Back,      0,                 Mod::None,    ""},

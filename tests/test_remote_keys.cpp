@@ -99,7 +99,7 @@ private slots:
             "3ade68b10000077700000000");
         row("home", Qt::Key_Home, "keydown(36) keyup(36)", "", "", 1);
         row("U", Qt::Key_U, "keydown(85) keyup(85)", "", "", 1, "u");
-        row("focus back", 0x1000119, "keyup(0) keydown(shift+9) keyup(shift+9)",
+        row("channel down", 0x1000119, "keyup(0) keydown(shift+9) keyup(shift+9)",
             "convert key to alt+");
         const char alt[] = "convert key to alt+";
         row("B", Qt::Key_B, "keyup(66) keydown(alt+66) keyup(alt+66)", alt, "", 0, "b");
