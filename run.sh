@@ -6,23 +6,43 @@ here=$(cd "$(dirname "$0")" && pwd)
 
 usage() {
     cat <<EOT
-Usage: ./run.sh [URL]
-       ./run.sh --screenshot FILE [URL]
+Usage: ./run.sh [OPTION...] [URL]
 
 Installs what is missing (Debian packages, through sudo unless you are root), builds the desktop
 preset, then starts the desktop receiver and Vesprel on the portal at URL; without URL on the demo
 portal. A file name works as URL too. The receiver's console is on this terminal: "help" lists its
-commands. Ctrl-C, "quit" or closing the window ends both.
+commands. Ctrl-C, "quit" or closing the window ends everything.
 
-  --screenshot FILE  needs no display: runs everything under Xvfb, plays something, saves a picture
-                     of the screen to FILE (PNG) and ends with 0
-  --help             this text
+  --screenshot FILE   needs no display: runs everything under Xvfb, plays something, saves a
+                      picture of the screen to FILE (PNG) and ends with 0
+  --player NAME       mpv plays and records for real, simulated only pretends; by default mpv
+                      where it is installed
+  --script FILE       the receiver runs the commands of FILE: those of its console, and
+                      "wait SECONDS" and "wait for TEXT" between them
+  --inspector [PORT]  offers the pages to a WebKit browser at http://127.0.0.1:PORT (9222) for
+                      inspection, to nobody else; otherwise this is off
+  --help              this text
+
+EOT
+    remote
+    cat <<EOT
 
 Environment:
-  VESPREL_ROOT       folder that stands for the box's file system (socket, settings, pages);
-                     default ~/.local/share/vesprel/box
+  VESPREL_ROOT       folder that stands for the box's file system (socket, settings, pages, media);
+                     default ~/.local/share/vesprel/box. Recordings are in media/recordings.
   Q_VESPREL_LOG=true writes the log to /tmp/vesprel.log instead of this terminal
   and every variable that the program itself reads, see docs/box.md.
+EOT
+}
+
+remote() {
+    cat <<EOT
+The remote on the keyboard:
+  arrows, Enter      move, OK             F1 F2 F3 F4         red, green, yellow, blue
+  Esc, Backspace     back                 PageUp, PageDown    next and previous channel
+  F5                 Backspace, for a     F11                 favourites
+                     page that wants it   F12                 the box's applications
+  0 to 9             the digits           Home, U             leave the portal
 EOT
 }
 
@@ -33,6 +53,8 @@ fail() {
 
 screenshot=
 portal=
+inspector=
+receiver_options=()
 while [ $# -gt 0 ]; do
     case $1 in
     --help | -h) usage; exit 0 ;;
@@ -40,6 +62,18 @@ while [ $# -gt 0 ]; do
         [ $# -ge 2 ] || fail "--screenshot needs a file name"
         screenshot=$2
         shift
+        ;;
+    --player | --script)
+        [ $# -ge 2 ] || fail "$1 needs an argument"
+        receiver_options+=("$1" "$2")
+        shift
+        ;;
+    --inspector)
+        inspector=9222
+        if [[ ${2:-} =~ ^[0-9]+$ ]]; then
+            inspector=$2
+            shift
+        fi
         ;;
     -*) fail "unknown option $1 (see --help)" ;;
     *) [ -z "$portal" ] || fail "more than one URL"; portal=$1 ;;
@@ -52,12 +86,14 @@ if [ -z "$screenshot" ] && [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" 
 fi
 
 packages=$build_packages
-[ -z "$screenshot" ] || packages="$packages xvfb xauth imagemagick"
+[ -z "$screenshot" ] || packages="$packages $screenshot_packages"
 # shellcheck disable=SC2086 # a list of words
 install_missing $packages
+# shellcheck disable=SC2086
+install_missing $play_packages || echo "run.sh: without $play_packages nothing is played" >&2
 
 cmake -S "$here" --preset desktop >/dev/null
-cmake --build "$here/build/desktop" --target vesprel vesprel-receiver
+cmake --build "$here/build/desktop" --target vesprel vesprel-receiver vesprel-inspector
 bin=$here/build/desktop
 
 children=()
@@ -85,14 +121,14 @@ export VESPREL_ROOT=${VESPREL_ROOT:-$default_root}
 mkdir -p "$VESPREL_ROOT"
 DESTDIR=$VESPREL_ROOT cmake --install "$bin" --component web >/dev/null
 
-demo=file://$here/desktop/portal/index.html
-[ -z "$screenshot" ] || demo="$demo?autoplay=1"
+demo="file://$here/desktop/portal/index.html?media=$VESPREL_ROOT/media/"
+[ -z "$screenshot" ] || demo="$demo&autoplay=1"
 if [ -n "$portal" ] && [ -e "$portal" ]; then
     portal=file://$(realpath "$portal")
 fi
 export Q_VESPREL_PORTAL=${portal:-$demo}
 
-# start NAME COMMAND...: starts a child with this terminal as its input.
+# start COMMAND...: starts a child with this terminal as its input.
 start() {
     "$@" <&0 &
     children+=($!)
@@ -107,19 +143,64 @@ wait_for() { # wait_for SECONDS COMMAND...
     done
 }
 
-receiver_serves() { [ -S "$VESPREL_ROOT/home/.sock.vesprel" ]; }
+# The clips of the demo portal are made once, the first of them before anything else starts.
+make_clips() {
+    command -v ffmpeg >/dev/null || return 0
+    local clips=$bin/clips
+    mkdir -p "$VESPREL_ROOT/media" "$clips"
+    [ -e "$VESPREL_ROOT/media/demo" ] || ln -sfn "$clips" "$VESPREL_ROOT/media/demo"
+    "$here/desktop/demo_clips.sh" "$clips" </dev/null &
+    children+=($!)
+    [ -e "$clips/first.ts" ] || echo "Making the clips of the demo portal"
+    wait_for 60 test -e "$clips/first.ts" || echo "run.sh: the first clip is not there yet" >&2
+}
 
+# Without a compositor the transparent parts of a portal would show no video. Where one runs, picom
+# says so and ends at once.
+start_compositor() {
+    if [ -n "${WAYLAND_DISPLAY:-}" ] || ! command -v picom >/dev/null ||
+        [[ " ${receiver_options[*]-} " == *" simulated "* ]]; then
+        return 0
+    fi
+    picom --backend xrender --config /dev/null </dev/null >"$scratch/picom" 2>&1 &
+    children+=($!)
+}
+
+start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
+    local words=("$bin/desktop/vesprel-receiver" --ready "$scratch/ready")
+    words+=(${receiver_options[@]+"${receiver_options[@]}"})
+    if [ "$1" = - ]; then
+        start "${words[@]}"
+    else
+        start "${words[@]}" </dev/null >"$1" 2>&1
+    fi
+    wait_for 10 test -e "$scratch/ready" ||
+        fail "the receiver did not start$([ "$1" = - ] || echo ": $(cat "$1")")"
+}
+
+start_program() {
+    local variables=()
+    [ -z "$inspector" ] || variables=("VESPREL_INSPECTOR_PORT=$inspector"
+        "LD_PRELOAD=$bin/desktop/libvesprel-inspector.so")
+    start env ${variables[@]+"${variables[@]}"} "$bin/app/vesprel"
+}
+
+[ -n "$portal" ] || make_clips
 if [ -n "$screenshot" ]; then
     Xvfb -displayfd 3 -screen 0 1280x720x24 -nolisten tcp 3>"$scratch/display" 2>/dev/null &
     children+=($!)
     wait_for 10 test -s "$scratch/display" || fail "Xvfb did not start"
     DISPLAY=:$(cat "$scratch/display")
-    export DISPLAY QT_QPA_PLATFORM=xcb
-    "$bin/desktop/vesprel-receiver" </dev/null >"$scratch/receiver" &
-    children+=($!)
-    wait_for 10 receiver_serves || fail "the receiver did not start: $(cat "$scratch/receiver")"
-    "$bin/app/vesprel" >"$scratch/program" 2>&1 &
-    children+=($!)
+    export DISPLAY
+    unset WAYLAND_DISPLAY
+fi
+# The video lies in a window of X, below the program's. Wayland desktops have X as well.
+[ -z "${DISPLAY:-}" ] || export QT_QPA_PLATFORM=xcb
+start_compositor
+
+if [ -n "$screenshot" ]; then
+    start_receiver "$scratch/receiver"
+    start_program >"$scratch/program" 2>&1
     wait_for 30 grep -q '^sent: play start' "$scratch/receiver" ||
         echo "run.sh: nothing played within 30 seconds; the picture shows what is there" >&2
     sleep 3
@@ -128,8 +209,10 @@ if [ -n "$screenshot" ]; then
     exit 0
 fi
 
-start "$bin/desktop/vesprel-receiver"
-wait_for 10 receiver_serves || fail "the receiver did not start"
-start "$bin/app/vesprel"
-# Whichever ends first ends the other.
-wait -n || true
+remote
+[ -z "$inspector" ] || echo "Inspector: http://127.0.0.1:$inspector"
+start_receiver -
+receiver=${children[-1]}
+start_program
+# Whichever ends first ends the other; the compositor or the clips end nothing.
+wait -n "$receiver" "${children[-1]}" || true

@@ -6,7 +6,7 @@ cd "$(dirname "$0")"
 . packaging/packages.sh
 
 # shellcheck disable=SC2086 # a list of words
-install_missing $build_packages
+install_missing $build_packages $test_packages
 
 for preset in "${@:-desktop}"; do
     cmake --preset "$preset" -DVESPREL_WERROR=ON

@@ -1,6 +1,12 @@
 # Debian packages that building, running and testing need. Sourced by run.sh and test.sh.
+# shellcheck shell=bash disable=SC2034 # the lists are used by those
 
 build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
+# What the desktop receiver plays and records with, and what shows the video below the portal.
+play_packages="mpv ffmpeg picom"
+screenshot_packages="xvfb xauth imagemagick"
+# What the tests run beside the programs; without them some of the tests are skipped.
+test_packages="mpv ffmpeg"
 
 # install_missing PACKAGE...: installs what is not there, as root or through sudo.
 install_missing() {
