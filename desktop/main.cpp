@@ -1,25 +1,40 @@
 #include "desktop/console.h"
 #include "desktop/console_command.h"
+#include "desktop/ffmpeg_recordings.h"
 #include "desktop/memory_recordings.h"
 #include "desktop/protocol_server.h"
 #include "desktop/receiver.h"
-#include "desktop/simulated_player.h"
+#include "desktop/receiver_options.h"
+#include "desktop/screen.h"
+#include "desktop/script.h"
 #include "desktop/termination_signals.h"
 #include "platform/box_paths.h"
 
-#include <QCoreApplication>
+#include <QFile>
+#include <QGuiApplication>
+#include <QStandardPaths>
+#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <memory>
 #include <unistd.h>
 
 namespace {
+
+using Player = ReceiverOptions::Player;
 
 void printLine(std::FILE *stream, const QString &line)
 {
     std::fprintf(stream, "%s\n", line.toLocal8Bit().constData());
     std::fflush(stream);
+}
+
+int failWith(const QString &text)
+{
+    printLine(stderr, "vesprel-receiver: " + text);
+    return 1;
 }
 
 /** Keeps the numbers of closed standard streams from being given to other files. */
@@ -29,6 +44,76 @@ void openStandardStreams()
         if (::fcntl(descriptor, F_GETFD) < 0 && ::open("/dev/null", O_RDWR) < 0)
             return;
     }
+}
+
+QStringList argumentList(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments += QString::fromLocal8Bit(argv[index]);
+    return arguments;
+}
+
+/** Reads the script of the options, if they name one; its failure then names the file. */
+ParsedScript readScript(const QString &name)
+{
+    if (name.isEmpty())
+        return {};
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, name + ": " + file.errorString()};
+    ParsedScript script = parseScript(QString::fromUtf8(file.readAll()));
+    if (!script.failure.isEmpty())
+        script.failure.prepend(name + ", ");
+    return script;
+}
+
+/** The recordings of a box that can record, otherwise those that only pretend. */
+std::unique_ptr<Recordings> openRecordings(Player player)
+{
+    if (player == Player::Simulated || QStandardPaths::findExecutable("ffmpeg").isEmpty())
+        return std::make_unique<MemoryRecordings>();
+    return std::make_unique<FfmpegRecordings>();
+}
+
+/** Serves until it is asked to end; the exit code. */
+int run(QGuiApplication &application, const ReceiverOptions &options, const ParsedScript &steps)
+{
+    ProtocolServer server;
+    const QString path = BoxPaths::receiverSocket();
+    const QString failure = server.listen(path);
+    if (!failure.isEmpty())
+        return failWith(failure);
+    const Screen screen = openScreen();
+    if (options.player == Player::Mpv && !screen.plane)
+        return failWith("--player=mpv needs mpv and an X display.");
+    const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
+    Receiver receiver(server, *screen.player, *recordings);
+    Script script(steps.steps);
+    Console console(STDIN_FILENO);
+
+    QObject::connect(&receiver, &Receiver::quitRequested, &application, &QCoreApplication::quit);
+    QObject::connect(&receiver, &Receiver::message, &receiver, [&script](const QString &lines) {
+        printLine(stdout, lines);
+        script.notePrinted(lines);
+    });
+    QObject::connect(&script, &Script::commandReached, &receiver, &Receiver::runConsoleCommand);
+    QObject::connect(&console, &Console::lineRead, &receiver, [&receiver](const QString &line) {
+        receiver.runConsoleCommand(parseConsoleLine(line));
+    });
+    if (screen.plane) {
+        QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
+                         &VideoPlane::setViewport);
+    }
+    printLine(
+        stdout,
+        QString("serving %1, player: %2 (help lists the commands)").arg(path, screen.description));
+    if (!options.readyFile.isEmpty())
+        QFile(options.readyFile).open(QIODevice::WriteOnly);
+    recordings->restore();
+    // In the event loop, which a script may end.
+    QTimer::singleShot(0, &script, &Script::start);
+    return QGuiApplication::exec();
 }
 
 } // namespace
@@ -41,30 +126,22 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGTTIN, SIG_IGN);
 
-    QCoreApplication application(argc, argv);
+    const ReceiverOptions options = parseReceiverOptions(argumentList(argc, argv));
+    if (!options.failure.isEmpty())
+        return failWith(options.failure + " (see --help)");
+    const ParsedScript script = readScript(options.scriptFile);
+    if (!script.failure.isEmpty())
+        return failWith(script.failure);
+
+    choosePlatform(options.wantsHelp ? Player::Simulated : options.player);
+    QGuiApplication application(argc, argv);
+    if (options.wantsHelp) {
+        printLine(stdout, receiverHelp());
+        return 0;
+    }
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::received, &application,
                      &QCoreApplication::quit);
-
-    ProtocolServer server;
-    SimulatedPlayer player;
-    MemoryRecordings recordings;
-    Receiver receiver(server, player, recordings);
-    QObject::connect(&receiver, &Receiver::message, &receiver,
-                     [](const QString &lines) { printLine(stdout, lines); });
-    QObject::connect(&receiver, &Receiver::quitRequested, &application, &QCoreApplication::quit);
-
-    const QString path = BoxPaths::receiverSocket();
-    const QString failure = server.listen(path);
-    if (!failure.isEmpty()) {
-        printLine(stderr, "vesprel-receiver: " + failure);
-        return 1;
-    }
-    printLine(stdout, QString("serving %1 (help lists the commands)").arg(path));
-
-    Console console(STDIN_FILENO);
-    QObject::connect(&console, &Console::lineRead, &receiver, [&receiver](const QString &line) {
-        receiver.runConsoleCommand(parseConsoleLine(line));
-    });
-    return QCoreApplication::exec();
+    return run(application, options, script);
 }

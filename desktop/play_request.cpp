@@ -23,11 +23,17 @@ int millisecondsOf(const QString &seconds)
 PlayRequest parsePlayText(const QString &text)
 {
     static const QRegularExpression ending(" position:(-?)([0-9]+)$");
+    static const QRegularExpression solution("^[a-z0-9]+ +(?=/|[a-z0-9+.-]+:)",
+                                             QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = ending.match(text);
-    if (!match.hasMatch())
-        return {text, 0};
-    const bool negative = !match.captured(1).isEmpty();
-    return {text.left(match.capturedStart()), negative ? 0 : millisecondsOf(match.captured(2))};
+    PlayRequest request = {text, 0};
+    if (match.hasMatch()) {
+        const bool negative = !match.captured(1).isEmpty();
+        request.url = text.left(match.capturedStart());
+        request.positionMs = negative ? 0 : millisecondsOf(match.captured(2));
+    }
+    request.url.remove(solution);
+    return request;
 }
 
 int simulatedDurationMs(const QString &url, int defaultMs)

@@ -11,7 +11,9 @@ struct PlayRequest
 
 /**
  * Splits the text of a play command: an ending " position:N" (N whole seconds) is the start and no
- * part of the URL. A negative N starts at 0; an ending without a number belongs to the URL.
+ * part of the URL. A negative N starts at 0; an ending without a number belongs to the URL. A word
+ * before the URL, such as "auto ", names a way of playing that only some boxes know, and is
+ * dropped.
  */
 PlayRequest parsePlayText(const QString &text);
 

@@ -16,9 +16,17 @@ Receiver::Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &reco
 {
     connect(&m_server, &ProtocolServer::commandReceived, this, &Receiver::handleCommand);
     connect(&m_server, &ProtocolServer::message, this, &Receiver::message);
-    // With nobody left to stop it, playback would go on for ever and report to nobody.
-    connect(&m_server, &ProtocolServer::lastPeerLeft, &m_player, &MediaPlayer::stop);
+    connect(&m_server, &ProtocolServer::lastPeerLeft, this, &Receiver::forgetProgram);
     connectPlayer();
+    connectRecordings();
+}
+
+void Receiver::forgetProgram()
+{
+    // With nobody left to stop it, playback would go on for ever and report to nobody.
+    m_player.stop();
+    m_viewport = {};
+    emit viewportChanged(m_viewport);
 }
 
 void Receiver::connectPlayer()
@@ -38,12 +46,26 @@ void Receiver::connectPlayer()
     connect(&m_player, &MediaPlayer::subtitleTracksChanged, this, sendText(Event::SubtitlePids));
     connect(&m_player, &MediaPlayer::audioTrackChanged, this, sendNumber(Event::AudioPid));
     connect(&m_player, &MediaPlayer::subtitleTrackChanged, this, sendNumber(Event::SubtitlePid));
+    connect(&m_player, &MediaPlayer::message, this, &Receiver::message);
+}
+
+void Receiver::connectRecordings()
+{
+    const auto sendId = [this](Event event) {
+        return [this, event](int id) { m_server.send(event, integerPayload(id)); };
+    };
+    connect(&m_recordings, &Recordings::started, this, sendId(Event::PvrRecordingStarted));
+    connect(&m_recordings, &Recordings::finished, this, sendId(Event::PvrRecordingFinished));
+    connect(&m_recordings, &Recordings::failed, this, sendId(Event::PvrRecordingError));
+    connect(&m_recordings, &Recordings::message, this, &Receiver::message);
 }
 
 void Receiver::handleCommand(int type, const QByteArray &payload)
 {
     emit message(describeCommand(type, payload));
     controlPlayer(type, payload);
+    adjustPlayer(type, payload);
+    adjustScreen(type, payload);
     answerRequest(type, payload);
 }
 
@@ -59,6 +81,48 @@ void Receiver::controlPlayer(int type, const QByteArray &payload)
     case Command::SubtitleTrack: m_player.selectSubtitleTrack(integerAt(payload, 0)); break;
     default: break;
     }
+}
+
+void Receiver::adjustPlayer(int type, const QByteArray &payload)
+{
+    constexpr int volumeStep = 5;
+    const auto setLanguage = [&payload](QStringList &languages, int rank) {
+        languages[rank] = commandText(payload);
+        return languages;
+    };
+    switch (static_cast<Command>(type)) {
+    case Command::AudioPrimaryLanguage:
+        m_player.setAudioLanguages(setLanguage(m_audioLanguages, 0));
+        break;
+    case Command::AudioSecondaryLanguage:
+        m_player.setAudioLanguages(setLanguage(m_audioLanguages, 1));
+        break;
+    case Command::SubtitlePrimaryLanguage:
+        m_player.setSubtitleLanguages(setLanguage(m_subtitleLanguages, 0));
+        break;
+    case Command::SubtitleSecondaryLanguage:
+        m_player.setSubtitleLanguages(setLanguage(m_subtitleLanguages, 1));
+        break;
+    case Command::SubtitleOnOff: m_player.showSubtitles(integerAt(payload, 0) != 0); break;
+    case Command::VolumeUp: m_player.changeVolume(volumeStep); break;
+    case Command::VolumeDown: m_player.changeVolume(-volumeStep); break;
+    case Command::Mute: m_player.toggleMute(); break;
+    default: break;
+    }
+}
+
+void Receiver::adjustScreen(int type, const QByteArray &payload)
+{
+    switch (static_cast<Command>(type)) {
+    case Command::VirtualScreen: m_viewport.screenWidth = integerAt(payload, 0); break;
+    case Command::ViewPort:
+        m_viewport.area = QRect(integerAt(payload, 0), integerAt(payload, 1), integerAt(payload, 2),
+                                integerAt(payload, 3));
+        break;
+    case Command::SetAspect: m_player.setAspect(static_cast<Aspect>(integerAt(payload, 0))); return;
+    default: return;
+    }
+    emit viewportChanged(m_viewport);
 }
 
 void Receiver::answerRequest(int type, const QByteArray &payload)

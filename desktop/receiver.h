@@ -1,10 +1,12 @@
 #pragma once
 
 #include "desktop/console_command.h"
+#include "desktop/viewport.h"
 
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class MediaPlayer;
 class ProtocolServer;
@@ -33,14 +35,24 @@ signals:
     /** The console asked for the end. */
     void quitRequested();
 
+    /** The portal moved the video, or nobody is left who did. */
+    void viewportChanged(const Viewport &viewport);
+
 private:
     void connectPlayer();
+    void connectRecordings();
+    void forgetProgram();
     void handleCommand(int type, const QByteArray &payload);
     void controlPlayer(int type, const QByteArray &payload);
+    void adjustPlayer(int type, const QByteArray &payload);
+    void adjustScreen(int type, const QByteArray &payload);
     void answerRequest(int type, const QByteArray &payload);
     void sendConsoleEvent(const ConsoleCommand &command);
 
     ProtocolServer &m_server;
     MediaPlayer &m_player;
     Recordings &m_recordings;
+    Viewport m_viewport;
+    QStringList m_audioLanguages = {QString(), QString()};    ///< The first choice, the second.
+    QStringList m_subtitleLanguages = {QString(), QString()}; ///< The same.
 };

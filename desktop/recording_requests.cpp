@@ -33,7 +33,11 @@ int createRecording(Recordings &recordings, const QByteArray &payload)
 
 int removeRecording(Recordings &recordings, const QByteArray &payload)
 {
-    return recordings.remove(commandObject(payload)["id"].toInt());
+    const QJsonObject request = commandObject(payload);
+    // Whoever sends a type that is not known here loses no file by it.
+    const bool withFile = request["removeType"].toInt() == int(RemoveType::TaskAndFile);
+    return recordings.remove(request["id"].toInt(),
+                             withFile ? RemoveType::TaskAndFile : RemoveType::TaskOnly);
 }
 
 int changeRecordingEnd(Recordings &recordings, const QByteArray &payload)

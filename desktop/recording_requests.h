@@ -13,7 +13,7 @@
 /** The new id or an error. */
 int createRecording(Recordings &recordings, const QByteArray &payload);
 
-/** 0 or an error. The remove type is not used: no file is kept. */
+/** 0 or an error. Remove type 1 takes the file as well, any other only the task. */
 int removeRecording(Recordings &recordings, const QByteArray &payload);
 
 /** 0 or an error. */

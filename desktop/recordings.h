@@ -1,13 +1,18 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <optional>
 
 /** Where a recording task stands. The numbers are what portals read. */
 enum class RecordingState { Waiting = 1, Recording = 2, Failed = 3, Finished = 4 };
+
+/** What goes with a task that is removed. The numbers are what portals send. */
+enum class RemoveType { TaskOnly = 0, TaskAndFile = 1 };
 
 /** One recording task. The times are texts of the portal's own and kept as they came. */
 struct RecordingTask
@@ -18,6 +23,7 @@ struct RecordingTask
     QString startTime;
     QString endTime;
     RecordingState state = RecordingState::Waiting;
+    QStringList files; ///< What was recorded so far, as paths of the box. Portals do not see it.
 };
 
 /** The task as portals read it: id, url, fileName, startTime, endTime and state. */
@@ -33,21 +39,25 @@ constexpr int tooMany = -3;
 
 } // namespace RecordingError
 
-/** What the receiver asks of whatever keeps the recording tasks. */
-class Recordings
+/** What the receiver asks of whatever keeps the recording tasks, and what it hears from it. */
+class Recordings : public QObject
 {
-public:
-    Recordings() = default;
-    Recordings(const Recordings &) = delete;
-    Recordings &operator=(const Recordings &) = delete;
-    virtual ~Recordings() = default;
+    Q_OBJECT
 
-    /** Adds a task; id and state of the given one are not read. The new id, 1 or more, or an error.
+public:
+    using QObject::QObject;
+
+    /** Goes on with the tasks of the last run, if they were kept; once, before anything else. */
+    virtual void restore() {}
+
+    /**
+     * Adds a task; id, state and files of the given one are not read. The new id, 1 or more, or an
+     * error.
      */
     virtual int create(const RecordingTask &task) = 0;
 
-    /** Removes a task; 0 or an error. */
-    virtual int remove(int id) = 0;
+    /** Removes a task, and ends its recording without an event; 0 or an error. */
+    virtual int remove(int id, RemoveType type) = 0;
 
     /** Sets the end of a task; 0 or an error. */
     virtual int changeEndTime(int id, const QString &endTime) = 0;
@@ -63,4 +73,13 @@ public:
 
     /** The task of this id, if there is one. */
     virtual std::optional<RecordingTask> byId(int id) const = 0;
+
+signals:
+    /** The recording has begun to arrive, has come to its end, or has failed. */
+    void started(int id);
+    void finished(int id);
+    void failed(int id);
+
+    /** Something that a person may want to read, one line. */
+    void message(const QString &line);
 };

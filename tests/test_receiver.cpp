@@ -4,6 +4,8 @@
 #include "desktop/memory_recordings.h"
 #include "desktop/protocol_server.h"
 #include "desktop/receiver.h"
+#include "desktop/receiver_options.h"
+#include "desktop/script.h"
 #include "desktop/simulated_player.h"
 #include "platform/box_paths.h"
 
@@ -86,6 +88,26 @@ struct Link
     QLocalSocket commander;
     QLocalSocket listener;
     QByteArray received;
+};
+
+/** Writes down what it is told. */
+class NotingPlayer : public SimulatedPlayer
+{
+public:
+    void setAudioLanguages(const QStringList &codes) override
+    {
+        notes += "audio " + codes.join(' ');
+    }
+    void setSubtitleLanguages(const QStringList &codes) override
+    {
+        notes += "subtitles " + codes.join(' ');
+    }
+    void showSubtitles(bool visible) override { notes += QString("show %1").arg(visible); }
+    void setAspect(Aspect aspect) override { notes += QString("aspect %1").arg(int(aspect)); }
+    void changeVolume(int percent) override { notes += QString("volume %1").arg(percent); }
+    void toggleMute() override { notes += "mute"; }
+
+    QStringList notes;
 };
 
 /** Leaves a socket file behind on which nobody answers. */
@@ -375,6 +397,12 @@ private slots:
                                    << "/a position:" << 0;
         QTest::newRow("not at the end") << "/a position:1/b"
                                         << "/a position:1/b" << 0;
+        QTest::newRow("solution") << "auto /media/a.ts position:1"
+                                  << "/media/a.ts" << 1000;
+        QTest::newRow("solution, address") << "ffrt2 udp://@239.0.0.1:1"
+                                           << "udp://@239.0.0.1:1" << 0;
+        QTest::newRow("blank in a name") << "/media/my film.ts"
+                                         << "/media/my film.ts" << 0;
         QTest::newRow("too large") << "/a position:99999999999"
                                    << "/a" << 2147483000;
     }
@@ -544,6 +572,101 @@ private slots:
         QVERIFY(QFileInfo(path).isFile());
         const QString longPath = m_root->path() + "/" + QString(120, 'a');
         QVERIFY(server.listen(longPath).contains("107"));
+    }
+
+    void adjustmentsReachThePlayer()
+    {
+        Link link;
+        NotingPlayer player;
+        Receiver receiver(link.server, player, link.recordings);
+        QStringList viewports;
+        connect(&receiver, &Receiver::viewportChanged, &receiver,
+                [&viewports](const Viewport &viewport) {
+                    const QRect area = viewport.area;
+                    viewports += QString("%1: %2,%3 %4x%5")
+                                     .arg(viewport.screenWidth)
+                                     .arg(area.x())
+                                     .arg(area.y())
+                                     .arg(area.width())
+                                     .arg(area.height());
+                });
+        link.command(1200, bytes("00000780"));
+        link.command(1202, bytes("0000000a 00000014 0000001e 00000028"));
+        link.command(1203, bytes("00000002"));
+        link.command(1013, "rus");
+        link.command(1014, "eng");
+        link.command(1023, "fra");
+        link.command(1025, bytes("00000001"));
+        link.command(1100, {});
+        link.command(1101, {});
+        link.command(1102, {});
+        QTRY_COMPARE(player.notes.join("; "),
+                     QString("aspect 2; audio rus ; audio rus eng; subtitles fra ; show 1; "
+                             "volume 5; volume -5; mute"));
+        link.commander.abort();
+        link.listener.abort();
+        QTRY_COMPARE(viewports.join("; "),
+                     QString("1920: 0,0 0x0; 1920: 10,20 30x40; 1280: 0,0 0x0"));
+    }
+
+    void scripts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("empty") << "" << 0 << "";
+        QTest::newRow("all kinds")
+            << "# start\n\n usb mount \r\nwait 1.5\nwait for play /a\nquit" << 4 << "";
+        QTest::newRow("unknown") << "usb mount\nusb mounted" << 0
+                                 << "line 2: Unknown command: usb mounted (try help)";
+        QTest::newRow("bad command") << "rec error" << 0 << "line 1: Usage: rec error N";
+        for (const char *line : {"wait", "wait x", "wait -1", "wait for", "wait nan", "wait 1e9"})
+            QTest::newRow(line) << line << 0 << "line 1: Usage: wait SECONDS, or wait for TEXT";
+    }
+
+    void scripts()
+    {
+        QFETCH(QString, text);
+        const ParsedScript script = parseScript(text);
+        QTEST(script.steps.size(), "steps");
+        QTEST(script.failure, "failure");
+    }
+
+    void scriptWaits()
+    {
+        Script script(
+            parseScript("usb mount\nwait 0.02\npower on\nwait for sent: x\nusb unmount").steps);
+        QSignalSpy finished(&script, &Script::finished);
+        QVector<Event> events;
+        connect(&script, &Script::commandReached, &script,
+                [&events](const ConsoleCommand &command) { events += command.event; });
+        script.notePrinted("sent: x"); // Before its time.
+        script.start();
+        QCOMPARE(events, QVector<Event>{Event::UsbMounted});
+        QTRY_COMPARE(events.size(), 2);
+        script.notePrinted("play sent: x");
+        QVERIFY(!finished.wait(20));
+        script.notePrinted("play\nsent: xyz");
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(events.last(), Event::UsbUnmounted);
+    }
+
+    void commandLine_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("none") << QStringList() << "";
+        QTest::newRow("all") << QStringList{"--player=mpv", "--script", "s", "--ready", "r"} << "";
+        QTest::newRow("player") << QStringList{"--player=vcr"}
+                                << "There is no player \"vcr\", only mpv and simulated.";
+        QTest::newRow("unknown") << QStringList{"--what"} << "Unknown option 'what'.";
+        QTest::newRow("surplus") << QStringList{"file"} << "Unexpected argument: file";
+    }
+
+    void commandLine()
+    {
+        QFETCH(QStringList, arguments);
+        QTEST(parseReceiverOptions(QStringList("vesprel-receiver") + arguments).failure, "failure");
     }
 
     void consoleOutlivesItsInput()

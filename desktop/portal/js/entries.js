@@ -4,7 +4,7 @@
  */
 var Entries = [
     {title: 'First light', note: 'clip, one minute', uri: '/media/demo/first.ts', start: 0},
-    {title: 'Harbour at dusk', note: 'clip, two audio tracks', uri: 'clips/harbour.ts', start: 0},
+    {title: 'Harbour at dusk', note: 'clip, two audio tracks', uri: '/media/demo/harbour.ts', start: 0},
     {title: 'Mountain railway', note: 'film, goes on at 0:20', uri: '/media/demo/railway.mp4?duration=90', start: 20},
     {title: 'Demo channel', note: 'live, without a length', uri: '/media/demo/channel.ts?duration=0', start: 0},
     {title: 'Countdown', note: 'clip, ten seconds', uri: '/media/demo/countdown.ts?duration=10', start: 0},

@@ -1,0 +1,73 @@
+#include "desktop/receiver_options.h"
+
+#include "desktop/console_command.h"
+#include "desktop/script.h"
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+
+namespace {
+
+const char description[] =
+    "The receiver of a box, on a PC: serves the local socket of the box, plays, records and sends\n"
+    "the events of a box. Each line of the standard input is a command.";
+
+const char environment[] =
+    "Environment:\n"
+    "  VESPREL_ROOT  the folder that stands for the box's file system; the default is\n"
+    "                ~/.local/share/vesprel/box. In it: home/.sock.vesprel (the socket),\n"
+    "                home/recordings.json (the tasks), media/recordings (what was recorded).\n"
+    "                A path that does not exist is also looked for below it.\n"
+    "  DISPLAY       the X display of the video.";
+
+/** The parser, and the options that it knows. */
+struct CommandLine
+{
+    CommandLine()
+    {
+        parser.setApplicationDescription(description);
+        parser.addOptions({help, player, script, ready});
+    }
+
+    const QCommandLineOption help = {{"h", "help"}, "Prints this text and ends."};
+    const QCommandLineOption player = {
+        "player",
+        "What plays and records: mpv (and ffmpeg), or simulated, which shows nothing, records "
+        "nothing and needs neither. Default: mpv where it and a display exist.",
+        "mpv|simulated"};
+    const QCommandLineOption script = {
+        "script", "Runs the commands of this file after the start, then goes on.", "FILE"};
+    const QCommandLineOption ready = {
+        "ready", "Makes this file when programs can connect, for scripts that wait for it.",
+        "FILE"};
+    QCommandLineParser parser;
+};
+
+} // namespace
+
+ReceiverOptions parseReceiverOptions(const QStringList &arguments)
+{
+    CommandLine line;
+    ReceiverOptions options;
+    if (!line.parser.parse(arguments))
+        options.failure = line.parser.errorText();
+    else if (!line.parser.positionalArguments().isEmpty())
+        options.failure = "Unexpected argument: " + line.parser.positionalArguments().first();
+    options.wantsHelp = line.parser.isSet(line.help);
+    options.scriptFile = line.parser.value(line.script);
+    options.readyFile = line.parser.value(line.ready);
+    const QString name = line.parser.value(line.player);
+    if (name == "mpv")
+        options.player = ReceiverOptions::Player::Mpv;
+    else if (name == "simulated")
+        options.player = ReceiverOptions::Player::Simulated;
+    else if (line.parser.isSet(line.player))
+        options.failure = "There is no player \"" + name + "\", only mpv and simulated.";
+    return options;
+}
+
+QString receiverHelp()
+{
+    return QString("%1\n%2\n\nCommands:\n%3\n%4")
+        .arg(CommandLine().parser.helpText(), environment, consoleHelp(), scriptHelp());
+}

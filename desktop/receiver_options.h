@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/** The command line of the receiver. */
+struct ReceiverOptions
+{
+    enum class Player { Automatic, Mpv, Simulated };
+
+    Player player = Player::Automatic;
+    QString scriptFile; ///< Empty: no script.
+    QString readyFile;  ///< To be made when the socket is served; empty: none.
+    bool wantsHelp = false;
+    QString failure; ///< What is wrong with the command line, otherwise empty.
+};
+
+/** Reads the command line; the first argument is the program's own name. */
+ReceiverOptions parseReceiverOptions(const QStringList &arguments);
+
+/** The text of --help. Needs an application object. */
+QString receiverHelp();

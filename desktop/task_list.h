@@ -1,0 +1,41 @@
+#pragma once
+
+#include "desktop/recordings.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+/** The recording tasks as plain data, with the rules for them. The errors are RecordingError's. */
+class TaskList
+{
+public:
+    /** The list that an object of toJson() describes; what it does not describe is left out. */
+    static TaskList fromJson(const QJsonObject &object);
+
+    QJsonObject toJson() const;
+
+    /** Adds a waiting task. It needs a URL and, where both times are known, a late enough end. */
+    int create(const RecordingTask &task);
+
+    int remove(int id);
+    int changeEndTime(int id, const QString &endTime);
+    int setMaximumCount(int count);
+    void setState(int id, RecordingState state);
+
+    /** Notes a file of a task. */
+    void addFile(int id, const QString &file);
+
+    const QVector<RecordingTask> &all() const { return m_tasks; }
+    std::optional<RecordingTask> byId(int id) const;
+
+private:
+    int indexOf(int id) const;
+    int openTasks() const;
+
+    QVector<RecordingTask> m_tasks;
+    int m_nextId = 1;
+    int m_maximumCount = 100;
+};
