@@ -1,10 +1,12 @@
 #include "api/settings_file.h"
 
+#include "api/text_file.h"
+
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTextStream>
+
+#include <optional>
 
 namespace {
 
@@ -20,29 +22,12 @@ std::optional<QJsonDocument> storedDocument(const QString &path)
     return QJsonDocument::fromJson(word->toUtf8());
 }
 
-void replaceContent(const QString &path, const QJsonDocument &document)
+void replaceDocument(const QString &path, const QJsonDocument &document)
 {
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Text))
-        file.write(document.toJson(QJsonDocument::Compact));
+    replaceFile(path, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
 }
 
 } // namespace
-
-std::optional<QString> firstWordOfFile(const QString &path)
-{
-    // Names come from the portal unchecked; a device or a pipe could give words without end.
-    if (!QFileInfo(path).isFile())
-        return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return std::nullopt;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    QString word;
-    stream >> word;
-    return word;
-}
 
 QString homeFile(const QString &name) { return QFile::decodeName(qgetenv("APP_HOME")) + name; }
 
@@ -70,10 +55,10 @@ void SettingsFile::write(const QString &name, const QString &value) const
     const QJsonDocument stored = storedDocument(m_path).value_or(QJsonDocument());
     if (stored.isArray()) {
         // Portals find a list of theirs again as they left it.
-        replaceContent(m_path, stored);
+        replaceDocument(m_path, stored);
         return;
     }
     QJsonObject settings = stored.object();
     settings.insert(name, value);
-    replaceContent(m_path, QJsonDocument(settings));
+    replaceDocument(m_path, QJsonDocument(settings));
 }

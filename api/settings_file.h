@@ -2,14 +2,6 @@
 
 #include <QString>
 
-#include <optional>
-
-/**
- * First word of a text file, words being separated by white space; empty if there is none. Nothing
- * if the file is missing, unreadable or no regular file. GUI thread.
- */
-std::optional<QString> firstWordOfFile(const QString &path);
-
 /** Path of a file in the application's home: APP_HOME and the name, with nothing between. */
 QString homeFile(const QString &name);
 

@@ -4,6 +4,7 @@
 #include <QProcess>
 
 #include <csignal>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
@@ -39,7 +40,12 @@ public:
     }
 
 protected:
-    void setupChildProcess() override { ::setsid(); }
+    void setupChildProcess() override
+    {
+        ::setsid();
+        // A front end that ends meanwhile takes the shell with it.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    }
 };
 
 } // namespace

@@ -1,22 +1,10 @@
 #include "api/user_data.h"
 
 #include "api/settings_file.h"
+#include "api/text_file.h"
 #include "platform/box_paths.h"
 
 #include <QFile>
-
-namespace {
-
-bool replaceContent(const QString &path, const QString &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(text.toUtf8());
-    return true;
-}
-
-} // namespace
 
 QString loadUserData(const QString &fileName)
 {
@@ -28,7 +16,7 @@ QString loadUserData(const QString &fileName)
 
 void saveUserData(const QString &fileName, const QString &data)
 {
-    replaceContent(homeFile(fileName), data);
+    replaceFile(homeFile(fileName), data);
 }
 
 std::optional<QString> readBoxParameters()
@@ -41,5 +29,5 @@ std::optional<QString> readBoxParameters()
 
 bool writeBoxParameters(const QString &text)
 {
-    return replaceContent(BoxPaths::parameterFile(), text);
+    return replaceFile(BoxPaths::parameterFile(), text);
 }

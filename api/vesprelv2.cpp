@@ -3,7 +3,7 @@
  */
 #include "api/vesprelv2.h"
 
-#include "api/settings_file.h"
+#include "api/text_file.h"
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
 #include "platform/log_record.h"
