@@ -3,9 +3,10 @@
 set -euo pipefail
 folder=$1
 mkdir -p "$folder"
-# Ends ffmpeg with this script.
+# Ends ffmpeg with this script, and leaves no half of a clip.
 encoder=
-trap '[ -z "$encoder" ] || kill -KILL "$encoder"; rm -f "$folder"/*.part.$$; exit 1' TERM INT HUP
+trap '[ -z "$encoder" ] || kill -KILL "$encoder" 2>/dev/null; rm -f "$folder"/*.part.$$' EXIT
+trap 'exit 1' TERM INT HUP
 
 # clip FILE SECONDS PICTURE HERTZ:LANGUAGE...: each tone is an audio track.
 clip() {

@@ -39,11 +39,6 @@ QString makeFile(const QString &wanted)
     return file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ? path : QString();
 }
 
-bool isOpen(const RecordingTask &task)
-{
-    return task.state == RecordingState::Waiting || task.state == RecordingState::Recording;
-}
-
 qint64 startOf(const RecordingTask &task) { return recordingTime(task.startTime).value_or(0); }
 
 qint64 endOf(const RecordingTask &task) { return recordingTime(task.endTime).value_or(0); }
@@ -70,12 +65,17 @@ FfmpegRecordings::~FfmpegRecordings()
 void FfmpegRecordings::restore()
 {
     QFile file(recordingTasksFile());
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (file.exists())
+            emit message(QString("cannot read the recording tasks in %1: %2")
+                             .arg(file.fileName(), file.errorString()));
         return;
+    }
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
-    if (!document.isObject()) {
-        const QString kept = file.fileName() + ".broken";
-        QFile::remove(kept);
+    if (!document.object().value("tasks").isArray()) {
+        QString kept = file.fileName() + ".broken";
+        for (int number = 2; QFileInfo::exists(kept); ++number)
+            kept = QString("%1.broken-%2").arg(file.fileName()).arg(number);
         file.rename(kept);
         emit message("the recording tasks cannot be read; their file is now " + kept);
         return;
@@ -142,6 +142,8 @@ int FfmpegRecordings::setMaximumCount(int count)
 
 void FfmpegRecordings::setState(int id, RecordingState state)
 {
+    if (state == RecordingState::Finished || state == RecordingState::Failed)
+        endRecorder(id);
     m_tasks.setState(id, state);
     save();
 }
@@ -216,8 +218,9 @@ void FfmpegRecordings::noteStart(int id)
 
 void FfmpegRecordings::noteEnd(int id, const QString &failure)
 {
-    if (m_recorders.erase(id) == 0)
+    if (m_recorders.find(id) == m_recorders.end())
         return;
+    endRecorder(id);
     if (!failure.isEmpty()) {
         fail(id, failure);
         return;
@@ -240,6 +243,10 @@ void FfmpegRecordings::endRecorder(int id)
     const auto found = m_recorders.find(id);
     if (found == m_recorders.end())
         return;
+    const QString file = found->second->file();
     found->second->disconnect(this);
     m_recorders.erase(found); // Ends ffmpeg and waits for it.
+    // Nothing was recorded; the name may become another task's.
+    if (!QFileInfo::exists(file))
+        m_tasks.removeFile(id, file.mid(BoxPaths::root().size()));
 }

@@ -62,8 +62,10 @@ Recorder::Recorder(const RecorderOptions &options, const QString &source, const 
     connect(&m_ffmpeg, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &Recorder::handleExit);
     connect(&m_ffmpeg, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            emit finished(QString("%1 could not be started").arg(m_options.program));
+        if (error != QProcess::FailedToStart)
+            return;
+        removeIfEmpty();
+        emit finished(QString("%1 could not be started").arg(m_options.program));
     });
 }
 
@@ -74,6 +76,7 @@ Recorder::~Recorder()
     while (m_ffmpeg.state() != QProcess::NotRunning &&
            !m_ffmpeg.waitForFinished(m_options.endPatienceMs))
         force();
+    removeIfEmpty();
 }
 
 void Recorder::start()
@@ -132,8 +135,7 @@ void Recorder::handleExit(int code, QProcess::ExitStatus status)
     const bool isEmpty = size == 0;
     handleSize(size); // A short recording may not have reported any.
     m_stall.stop();
-    if (isEmpty)
-        QFile::remove(m_file);
+    removeIfEmpty();
     const bool failedByItself = !m_stopping && (status != QProcess::NormalExit || code != 0);
     if (m_stalled)
         emit finished(QString("nothing came for %1 s").arg(m_options.stallMs / 1000));
@@ -143,6 +145,12 @@ void Recorder::handleExit(int code, QProcess::ExitStatus status)
         emit finished("nothing was recorded");
     else
         emit finished(QString());
+}
+
+void Recorder::removeIfEmpty()
+{
+    if (QFileInfo(m_file).size() == 0)
+        QFile::remove(m_file);
 }
 
 QString Recorder::lastError() const

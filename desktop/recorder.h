@@ -31,6 +31,9 @@ public:
     /** Ends ffmpeg as stop() does, and waits for it. */
     ~Recorder() override;
 
+    /** The file that is recorded into. */
+    QString file() const { return m_file; }
+
     /** Starts recording; what goes wrong comes as finished(), later. */
     void start();
 
@@ -49,6 +52,7 @@ private:
     void handleSize(qint64 bytes);
     void handleExit(int code, QProcess::ExitStatus status);
     void force();
+    void removeIfEmpty();
     QString lastError() const;
 
     RecorderOptions m_options;

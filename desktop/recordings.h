@@ -26,6 +26,12 @@ struct RecordingTask
     QStringList files; ///< What was recorded so far, as paths of the box. Portals do not see it.
 };
 
+/** Whether a task still waits or records. */
+inline bool isOpen(const RecordingTask &task)
+{
+    return task.state == RecordingState::Waiting || task.state == RecordingState::Recording;
+}
+
 /** The task as portals read it: id, url, fileName, startTime, endTime and state. */
 QJsonObject recordingJson(const RecordingTask &task);
 
@@ -65,7 +71,10 @@ public:
     /** Limits the tasks that wait or record at a time, 1 or more; 0 or an error. */
     virtual int setMaximumCount(int count) = 0;
 
-    /** Notes where a task stands; an unknown id is ignored. */
+    /**
+     * Notes where a task stands; an unknown id is ignored. One that is over ends its recording,
+     * without an event.
+     */
     virtual void setState(int id, RecordingState state) = 0;
 
     /** All tasks in the order of their making. */

@@ -65,7 +65,7 @@ ParsedScript parseScript(const QString &text)
 QString scriptHelp()
 {
     return "  wait SECONDS     in a script: waits, for instance 1.5\n"
-           "  wait for TEXT    in a script: waits for a printed line that begins with TEXT\n"
+           "  wait for TEXT    in a script: waits for the next printed line that begins with TEXT\n"
            "  # ...            in a script: a comment";
 }
 
@@ -95,7 +95,11 @@ void Script::runOn()
     while (m_next < m_steps.size()) {
         const ScriptStep &step = m_steps[m_next++];
         switch (step.kind) {
-        case ScriptStep::Kind::Command: emit commandReached(step.command); break;
+        case ScriptStep::Kind::Command:
+            emit commandReached(step.command);
+            if (step.command.action == ConsoleCommand::Action::Quit)
+                return;
+            break;
         case ScriptStep::Kind::WaitTime: m_wait.start(step.waitMs); return;
         case ScriptStep::Kind::WaitForText: m_awaited = step.text; return;
         }

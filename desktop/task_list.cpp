@@ -3,9 +3,13 @@
 #include "desktop/recording_time.h"
 
 #include <QJsonArray>
+
 #include <algorithm>
+#include <limits>
 
 namespace {
+
+constexpr int noMoreIds = std::numeric_limits<int>::max();
 
 /** True when both times are known and the end is not after the start. */
 bool endsBeforeItStarts(const QString &startTime, const QString &endTime)
@@ -13,11 +17,6 @@ bool endsBeforeItStarts(const QString &startTime, const QString &endTime)
     const auto start = recordingTime(startTime);
     const auto end = recordingTime(endTime);
     return start && end && *end <= *start;
-}
-
-bool isOpen(const RecordingTask &task)
-{
-    return task.state == RecordingState::Waiting || task.state == RecordingState::Recording;
 }
 
 QJsonObject storedTask(const RecordingTask &task)
@@ -52,7 +51,7 @@ TaskList TaskList::fromJson(const QJsonObject &object)
     list.m_nextId = std::max(1, object["nextId"].toInt());
     for (const QJsonValue &value : object["tasks"].toArray()) {
         const RecordingTask task = taskOf(value.toObject());
-        if (task.id < 1 || list.indexOf(task.id) >= 0)
+        if (task.id < 1 || task.id >= noMoreIds || list.indexOf(task.id) >= 0)
             continue;
         list.m_tasks.append(task);
         list.m_nextId = std::max(list.m_nextId, task.id + 1);
@@ -72,7 +71,7 @@ int TaskList::create(const RecordingTask &task)
 {
     if (task.url.isEmpty() || endsBeforeItStarts(task.startTime, task.endTime))
         return RecordingError::badArgument;
-    if (openTasks() >= m_maximumCount)
+    if (openTasks() >= m_maximumCount || m_nextId == noMoreIds)
         return RecordingError::tooMany;
     RecordingTask added = task;
     added.id = m_nextId++;
@@ -122,6 +121,13 @@ void TaskList::addFile(int id, const QString &file)
     const int index = indexOf(id);
     if (index >= 0)
         m_tasks[index].files += file;
+}
+
+void TaskList::removeFile(int id, const QString &file)
+{
+    const int index = indexOf(id);
+    if (index >= 0)
+        m_tasks[index].files.removeOne(file);
 }
 
 std::optional<RecordingTask> TaskList::byId(int id) const

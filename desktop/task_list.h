@@ -20,13 +20,21 @@ public:
     /** Adds a waiting task. It needs a URL and, where both times are known, a late enough end. */
     int create(const RecordingTask &task);
 
+    /** Removes a task; its files stay. */
     int remove(int id);
+
+    /** Sets a task's end, which must not come before its start. */
     int changeEndTime(int id, const QString &endTime);
+
+    /** Limits the tasks that wait or record at a time, 1 or more; those that are there stay. */
     int setMaximumCount(int count);
+
+    /** Notes where a task stands; an unknown id is ignored. */
     void setState(int id, RecordingState state);
 
-    /** Notes a file of a task. */
+    /** Notes a file of a task, or forgets one; an unknown id is ignored. */
     void addFile(int id, const QString &file);
+    void removeFile(int id, const QString &file);
 
     const QVector<RecordingTask> &all() const { return m_tasks; }
     std::optional<RecordingTask> byId(int id) const;

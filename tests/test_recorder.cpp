@@ -223,17 +223,64 @@ private slots:
         QCOMPARE(run.failed.first().first().toInt(), id);
     }
 
+    void unreadableTasksAreKept_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("cut") << QByteArray("{\"tasks\": [");
+        QTest::newRow("other shape") << QByteArray("{\"tasks\": 5}");
+        QTest::newRow("empty") << QByteArray();
+    }
+
     void unreadableTasksAreKept()
     {
+        QFETCH(QByteArray, content);
         QVERIFY(QDir(m_root->path()).mkpath("home"));
         QFile file(recordingTasksFile());
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("{\"tasks\": [");
+        file.write(content);
         file.close();
         Run run;
         QVERIFY(run.recordings.all().isEmpty());
         QVERIFY(run.record("/media/clip.ts", "a.ts", 100, 200) > 0);
         QVERIFY(QFileInfo::exists(recordingTasksFile() + ".broken"));
+    }
+
+    /** A recording that the console ends is over at once, ffmpeg included. */
+    void endedFromTheConsole()
+    {
+        const Channel channel(m_clip);
+        Run run;
+        const int id = run.record(channel.url(), "a.ts", 0, 600);
+        QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 1, patienceMs);
+        run.recordings.setState(id, RecordingState::Finished);
+        const qint64 size = QFileInfo(recordingFile("a.ts")).size();
+        QVERIFY(size > 0);
+        QCOMPARE(run.state(id), RecordingState::Finished);
+        // The channel goes on sending, but nobody takes it any more.
+        QTRY_COMPARE(channel.findChildren<QTcpSocket *>().value(0)->state(),
+                     QAbstractSocket::UnconnectedState);
+        QCOMPARE(QFileInfo(recordingFile("a.ts")).size(), size);
+        QVERIFY(run.finished.isEmpty());
+    }
+
+    /** What never came leaves no file behind, and its name to the next task. */
+    void nothingRecordedLeavesNoFile()
+    {
+        const Channel silent{QByteArray()};
+        {
+            Run run;
+            run.record(silent.url(), "a.ts", 0, 600);
+            QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(recordingFile("a.ts")), patienceMs);
+        }
+        QVERIFY(!QFileInfo::exists(recordingFile("a.ts")));
+        RecorderOptions options;
+        options.program = "/no/such/ffmpeg";
+        Run run(options);
+        run.recordings.remove(1, RemoveType::TaskOnly);
+        const int id = run.record(silent.url(), "a.ts", 0, 600);
+        QTRY_COMPARE_WITH_TIMEOUT(run.failed.count(), 1, patienceMs);
+        QVERIFY(!QFileInfo::exists(recordingFile("a.ts")));
+        QVERIFY(run.recordings.byId(id)->files.isEmpty());
     }
 
     void removingKeepsOrTakesTheFile()
@@ -278,6 +325,7 @@ private slots:
         QTest::newRow("negative") << "-1" << qint64(-1);
         QTest::newRow("empty") << "" << qint64(-1);
         QTest::newRow("words") << "soon" << qint64(-1);
+        QTest::newRow("beyond all years") << "9223372036854775807" << qint64(-1);
     }
 
     void times()
