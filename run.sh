@@ -90,7 +90,7 @@ packages=$build_packages
 # shellcheck disable=SC2086 # a list of words
 install_missing $packages
 # shellcheck disable=SC2086
-install_missing $play_packages || echo "run.sh: without $play_packages nothing is played" >&2
+install_missing $play_packages || echo "run.sh: not all of $play_packages could be installed; see what is missing above" >&2
 
 cmake -S "$here" --preset desktop >/dev/null
 cmake --build "$here/build/desktop" --target vesprel vesprel-receiver vesprel-inspector
@@ -117,8 +117,11 @@ default_root=${XDG_DATA_HOME:-$HOME/.local/share}/vesprel/box
 # A socket path holds 107 bytes at most; a longer home falls back to a short folder.
 [ "$(printf '%s/home/.sock.vesprel' "$default_root" | wc -c)" -le 107 ] ||
     default_root=/tmp/vesprel-$(id -u)
-export VESPREL_ROOT=${VESPREL_ROOT:-$default_root}
-mkdir -p "$VESPREL_ROOT"
+VESPREL_ROOT=$(realpath -m "${VESPREL_ROOT:-$default_root}")
+export VESPREL_ROOT
+(umask 077 && mkdir -p "$VESPREL_ROOT")
+# Scripts and a socket below it act for the user, so nobody else may have prepared it.
+[ -O "$VESPREL_ROOT" ] && [ ! -L "$VESPREL_ROOT" ] || fail "$VESPREL_ROOT belongs to somebody else"
 DESTDIR=$VESPREL_ROOT cmake --install "$bin" --component web >/dev/null
 
 demo="file://$here/desktop/portal/index.html?media=$VESPREL_ROOT/media/"
@@ -166,6 +169,8 @@ start_compositor() {
     children+=($!)
 }
 
+ready_or_gone() { [ -e "$scratch/ready" ] || ! kill -0 "$1" 2>/dev/null; }
+
 start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
     local words=("$bin/desktop/vesprel-receiver" --ready "$scratch/ready")
     words+=(${receiver_options[@]+"${receiver_options[@]}"})
@@ -174,7 +179,7 @@ start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
     else
         start "${words[@]}" </dev/null >"$1" 2>&1
     fi
-    wait_for 10 test -e "$scratch/ready" ||
+    wait_for 10 ready_or_gone "$!" && [ -e "$scratch/ready" ] ||
         fail "the receiver did not start$([ "$1" = - ] || echo ": $(cat "$1")")"
 }
 
@@ -203,6 +208,7 @@ if [ -n "$screenshot" ]; then
     start_program >"$scratch/program" 2>&1
     wait_for 30 grep -q '^sent: play start' "$scratch/receiver" ||
         echo "run.sh: nothing played within 30 seconds; the picture shows what is there" >&2
+    # The picture shall show that time goes on.
     sleep 3
     import -window root "$screenshot"
     echo "Saved $screenshot"
@@ -215,4 +221,7 @@ start_receiver -
 receiver=${children[-1]}
 start_program
 # Whichever ends first ends the other; the compositor or the clips end nothing.
-wait -n "$receiver" "${children[-1]}" || true
+status=0
+wait -n "$receiver" "${children[-1]}" || status=$?
+# 143 is a program that was asked to end; anything else that is not 0 is worth telling.
+[ "$status" -eq 0 ] || [ "$status" -eq 143 ] || fail "it ended with status $status"
