@@ -4,9 +4,9 @@
 #include <QStringList>
 
 /**
- * Every absolute path of the box but the log's, each below one root. The root is empty in the box build, so the
- * paths are exact there; on a desktop it is a folder of the user's own, in tests a temporary one.
- * Any thread, provided that nobody calls setRoot() meanwhile.
+ * Every absolute path of the box but the log's, each below one root. The root is empty in the box
+ * build, so the paths are exact there; on a desktop it is a folder of the user's own, in tests a
+ * temporary one. Any thread, provided that nobody calls setRoot() meanwhile.
  */
 namespace BoxPaths {
 
