@@ -1,11 +1,11 @@
 #include "desktop/receiver.h"
 
-#include "desktop/command_text.h"
-#include "desktop/media_player.h"
-#include "desktop/payload.h"
-#include "desktop/protocol_server.h"
-#include "desktop/recording_requests.h"
-#include "desktop/storage_information.h"
+#include "desktop/link/command_text.h"
+#include "desktop/player/media_player.h"
+#include "desktop/link/payload.h"
+#include "desktop/link/protocol_server.h"
+#include "desktop/recordings/recording_requests.h"
+#include "desktop/recordings/storage_information.h"
 
 Receiver::Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &recordings,
                    QObject *parent)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "desktop/console_command.h"
-#include "desktop/viewport.h"
+#include "desktop/console/console_command.h"
+#include "desktop/screen/viewport.h"
 
 #include <QByteArray>
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "desktop/receiver_options.h"
 
-#include "desktop/console_command.h"
-#include "desktop/script.h"
+#include "desktop/console/console_command.h"
+#include "desktop/console/script.h"
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>

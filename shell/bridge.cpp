@@ -11,7 +11,7 @@
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
 #include "platform/log_record.h"
-#include "shell/injected_script.h"
+#include "shell/pages/injected_script.h"
 #include "shell/window.h"
 
 #include <QWebFrame>

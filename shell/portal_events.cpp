@@ -5,8 +5,8 @@
 #include "api/vesprelv2.h"
 #include "objects/pvr_manager.h"
 #include "platform/log_record.h"
-#include "shell/event_statement.h"
-#include "shell/posted_key.h"
+#include "shell/pages/event_statement.h"
+#include "shell/keys/posted_key.h"
 #include "shell/window.h"
 
 #include <QWebView>

@@ -14,8 +14,8 @@
 #include "objects/window_manager.h"
 #include "platform/box_paths.h"
 #include "platform/log_record.h"
-#include "shell/network_access.h"
-#include "shell/web_page.h"
+#include "shell/pages/network_access.h"
+#include "shell/pages/web_page.h"
 
 #include <QGuiApplication>
 #include <QMdiArea>

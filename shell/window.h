@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/page_mode.h"
+#include "shell/pages/page_mode.h"
 
 #include <QMainWindow>
 #include <QNetworkAccessManager>

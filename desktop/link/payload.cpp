@@ -1,0 +1,54 @@
+#include "desktop/link/payload.h"
+
+#include "enigma2/struct_codec.h"
+
+#include <QJsonDocument>
+
+namespace {
+
+constexpr int integerSize = 4;
+constexpr int longestLine = 500;
+
+} // namespace
+
+int integerAt(const QByteArray &payload, int index)
+{
+    const QByteArray bytes =
+        payload.mid(index * integerSize, integerSize).leftJustified(integerSize, '\0');
+    int value = 0;
+    struct_unpack(bytes.constData(), "!I", &value);
+    return value;
+}
+
+QString commandText(const QByteArray &payload) { return QString::fromLatin1(payload); }
+
+QJsonObject commandObject(const QByteArray &payload)
+{
+    return QJsonDocument::fromJson(commandText(payload).toUtf8()).object();
+}
+
+QByteArray integerPayload(int value)
+{
+    QByteArray bytes(integerSize, '\0');
+    struct_pack(bytes.data(), "!I", value);
+    return bytes;
+}
+
+QByteArray integerPayload(int first, int second)
+{
+    return integerPayload(first) + integerPayload(second);
+}
+
+QString oneLine(const QString &text)
+{
+    const QString shown = text.left(longestLine);
+    QString line;
+    for (const QChar character : shown) {
+        // Whatever a peer sends must not move the cursor of the terminal that shows it.
+        if (character.category() == QChar::Other_Control)
+            line += QString("\\x%1").arg(character.unicode(), 2, 16, QChar('0'));
+        else
+            line += character;
+    }
+    return text.size() > longestLine ? line + "..." : line;
+}

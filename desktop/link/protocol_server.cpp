@@ -1,0 +1,107 @@
+#include "desktop/link/protocol_server.h"
+
+#include "desktop/link/event_text.h"
+#include "desktop/link/receiver_socket.h"
+
+#include <utility>
+
+namespace {
+
+QByteArray frameOf(Event event, const QByteArray &payload)
+{
+    const auto header =
+        packFrameHeader(static_cast<std::int32_t>(event), static_cast<std::size_t>(payload.size()));
+    return QByteArray(header.data(), static_cast<int>(header.size())) + payload;
+}
+
+} // namespace
+
+ProtocolServer::ProtocolServer(const ServerTiming &timing, QObject *parent)
+    : QObject(parent)
+    , m_timing(timing)
+{
+    m_holdTimer.setSingleShot(true);
+    m_holdTimer.setInterval(m_timing.hold);
+    connect(&m_holdTimer, &QTimer::timeout, this, &ProtocolServer::dropHeld);
+    connect(&m_server, &QLocalServer::newConnection, this, &ProtocolServer::acceptPeers);
+}
+
+QString ProtocolServer::listen(const QString &path)
+{
+    const QString obstacle = prepareSocketPath(path);
+    if (!obstacle.isEmpty())
+        return obstacle;
+    if (!m_server.listen(path))
+        return QString("Cannot serve %1: %2.").arg(path, m_server.errorString());
+    return QString();
+}
+
+void ProtocolServer::send(Event event, const QByteArray &payload)
+{
+    const HeldEvent held = {event, payload};
+    if (sendNow(held))
+        return;
+    if (m_peers.isEmpty()) {
+        drop(held);
+        return;
+    }
+    m_held.append(held);
+    if (!m_holdTimer.isActive())
+        m_holdTimer.start();
+}
+
+void ProtocolServer::acceptPeers()
+{
+    while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+        auto *peer = new Peer(socket, m_timing.settle, this);
+        connect(peer, &Peer::commandReceived, this, &ProtocolServer::commandReceived);
+        connect(peer, &Peer::becameListener, this, &ProtocolServer::sendHeld);
+        connect(peer, &Peer::disconnected, this, [this, peer] { removePeer(peer); });
+        m_peers.append(peer);
+        emit message("connection opened");
+    }
+}
+
+void ProtocolServer::removePeer(Peer *peer)
+{
+    m_peers.removeOne(peer);
+    peer->deleteLater();
+    emit message("connection closed");
+    if (m_peers.isEmpty())
+        emit lastPeerLeft();
+}
+
+bool ProtocolServer::sendNow(const HeldEvent &event)
+{
+    bool sent = false;
+    for (Peer *peer : std::as_const(m_peers)) {
+        if (!peer->isListener())
+            continue;
+        peer->send(frameOf(event.event, event.payload));
+        sent = true;
+    }
+    // The progress comes every second and would bury everything else.
+    if (sent && event.event != Event::PlayTimeStatus)
+        emit message("sent: " + describeEvent(event.event, event.payload));
+    return sent;
+}
+
+void ProtocolServer::sendHeld()
+{
+    m_holdTimer.stop();
+    const QVector<HeldEvent> held = std::exchange(m_held, {});
+    for (const HeldEvent &event : held)
+        sendNow(event);
+}
+
+void ProtocolServer::dropHeld()
+{
+    const QVector<HeldEvent> held = std::exchange(m_held, {});
+    for (const HeldEvent &event : held)
+        drop(event);
+}
+
+void ProtocolServer::drop(const HeldEvent &event)
+{
+    emit message("dropped, nobody listens: " + describeEvent(event.event, event.payload));
+}

@@ -1,0 +1,216 @@
+#include "desktop/player/mpv_player.h"
+
+#include "desktop/recordings/box_media.h"
+#include "desktop/player/language_codes.h"
+#include "desktop/player/mpv_units.h"
+#include "desktop/link/payload.h"
+
+#include <algorithm>
+
+namespace {
+
+/** mpv as a part of the box: nothing of the user's own, no keys, no texts over the picture. */
+QStringList mpvArguments(const QStringList &added)
+{
+    const QStringList own = {"--no-config",
+                             "--no-terminal",
+                             "--idle=yes",
+                             "--keep-open=no",
+                             "--force-window=immediate",
+                             "--osc=no",
+                             "--osd-level=0",
+                             "--input-default-bindings=no",
+                             "--input-vo-keyboard=no",
+                             "--input-cursor=no",
+                             "--ytdl=no",
+                             "--load-scripts=no",
+                             "--audio-display=no",
+                             "--sub-auto=no",
+                             "--audio-file-auto=no",
+                             "--network-timeout=15"};
+    return own + added;
+}
+
+QString allCodes(const QStringList &languages)
+{
+    QStringList codes;
+    for (const QString &language : languages) {
+        if (!language.isEmpty())
+            codes += languageCodes(language);
+    }
+    return codes.join(',');
+}
+
+} // namespace
+
+MpvPlayer::MpvPlayer(const MpvOptions &options, QObject *parent)
+    : MediaPlayer(parent)
+    , m_options(options)
+    , m_mpv(options.program, mpvArguments(options.arguments))
+{
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(m_options.startPatienceMs);
+    m_tick.setInterval(m_options.tickMs);
+    connect(&m_patience, &QTimer::timeout, this, &MpvPlayer::handleSilence);
+    connect(&m_tick, &QTimer::timeout, this, &MpvPlayer::reportProgress);
+    connect(&m_mpv, &MpvProcess::eventReceived, this, &MpvPlayer::handleEvent);
+    connect(&m_mpv, &MpvProcess::exited, this, &MpvPlayer::handleExit);
+    startMpv();
+}
+
+void MpvPlayer::play(const PlayRequest &request)
+{
+    forgetMedium();
+    m_state = State::Starting;
+    m_medium.url = request.url;
+    ++m_play;
+    if (request.url.isEmpty()) {
+        finish("cannot play: there is no address");
+        return;
+    }
+    if (!startMpv()) {
+        finish(QString());
+        return;
+    }
+    m_patience.start();
+    load(request);
+}
+
+void MpvPlayer::stop()
+{
+    forgetMedium();
+    m_mpv.command({"stop"});
+}
+
+void MpvPlayer::pause()
+{
+    if (m_state != State::Playing)
+        return;
+    m_state = State::Paused;
+    m_tick.stop();
+    setProperty("pause", true);
+}
+
+void MpvPlayer::resume()
+{
+    if (m_state != State::Paused)
+        return;
+    m_state = State::Playing;
+    m_tick.start();
+    setProperty("pause", false);
+}
+
+void MpvPlayer::seek(int positionMs)
+{
+    const int target = std::max(0, positionMs);
+    if (m_state == State::Starting)
+        m_medium.seekAtStartMs = target;
+    else if (m_state != State::Stopped)
+        m_mpv.command({"seek", secondsText(target), "absolute+exact"});
+}
+
+void MpvPlayer::selectAudioTrack(int pid)
+{
+    if (const int number = m_medium.audio.numberOf(pid))
+        setProperty("aid", number);
+}
+
+void MpvPlayer::selectSubtitleTrack(int pid)
+{
+    if (const int number = m_medium.subtitles.numberOf(pid))
+        setProperty("sid", number);
+}
+
+void MpvPlayer::setAudioLanguages(const QStringList &languages)
+{
+    setLastingProperty("alang", allCodes(languages));
+}
+
+void MpvPlayer::setSubtitleLanguages(const QStringList &languages)
+{
+    setLastingProperty("slang", allCodes(languages));
+}
+
+void MpvPlayer::showSubtitles(bool visible)
+{
+    setLastingProperty("sub-visibility", visible);
+    if (visible && m_medium.subtitles.selectedPid() == 0 && m_medium.subtitles.firstNumber() > 0)
+        setProperty("sid", m_medium.subtitles.firstNumber());
+}
+
+void MpvPlayer::setAspect(Aspect aspect)
+{
+    const char *ratio = aspect == Aspect::Standard ? "4:3" : aspect == Aspect::Wide ? "16:9" : "no";
+    setLastingProperty("video-aspect-override", ratio);
+    setLastingProperty("keepaspect", aspect != Aspect::Fill);
+    setLastingProperty("panscan", aspect == Aspect::Zoom ? 1.0 : 0.0);
+}
+
+void MpvPlayer::changeVolume(int percent)
+{
+    m_volume = std::clamp(m_volume + percent, 0, 100);
+    setLastingProperty("volume", m_volume);
+}
+
+void MpvPlayer::toggleMute() { setLastingProperty("mute", !m_lasting.value("mute").toBool()); }
+
+bool MpvPlayer::startMpv()
+{
+    if (m_mpv.isRunning())
+        return true;
+    QString failure;
+    if (!m_mpv.start(&failure)) {
+        emit message("cannot play: " + failure);
+        return false;
+    }
+    m_mpv.command({"request_log_messages", "error"});
+    int observation = 0;
+    for (const char *name : observedProperties)
+        m_mpv.command({"observe_property", ++observation, name});
+    for (auto property = m_lasting.cbegin(); property != m_lasting.cend(); ++property)
+        setProperty(property.key(), property.value());
+    return true;
+}
+
+void MpvPlayer::load(const PlayRequest &request)
+{
+    setProperty("pause", false);
+    setProperty("start", request.positionMs > 0 ? secondsText(request.positionMs) : "none");
+    const auto noteEntry = [this, play = m_play](const QJsonObject &answer) {
+        if (play != m_play || m_state != State::Starting)
+            return;
+        const int entry = answer["data"].toObject()["playlist_entry_id"].toInt();
+        m_medium.entries = {entry, entry};
+        if (answer["error"].toString() != "success")
+            finish(QString("cannot play %1: %2")
+                       .arg(oneLine(m_medium.url), answer["error"].toString()));
+    };
+    m_mpv.command({"loadfile", mediaSource(request.url), "replace"}, noteEntry);
+}
+
+void MpvPlayer::forgetMedium()
+{
+    m_state = State::Stopped;
+    m_patience.stop();
+    m_tick.stop();
+    m_medium = {};
+}
+
+void MpvPlayer::finish(const QString &line)
+{
+    forgetMedium();
+    if (!line.isEmpty())
+        emit message(line);
+    emit ended();
+}
+
+void MpvPlayer::setProperty(const QString &name, const QJsonValue &value)
+{
+    m_mpv.command({"set_property", name, value});
+}
+
+void MpvPlayer::setLastingProperty(const QString &name, const QJsonValue &value)
+{
+    m_lasting.insert(name, value);
+    setProperty(name, value);
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "desktop/player/media_player.h"
+#include "desktop/player/mpv_process.h"
+#include "desktop/player/track_list.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTimer>
+
+/** How an MpvPlayer runs mpv. */
+struct MpvOptions
+{
+    QString program = "mpv";
+    QStringList arguments;       ///< Added to the player's own; a video window for instance.
+    int startPatienceMs = 20000; ///< A medium that shows nothing for so long cannot be played.
+    int tickMs = 1000;           ///< Between two progress reports.
+};
+
+/**
+ * Plays with mpv, which is started with this object and waits idle, so that a medium starts at
+ * once. An mpv that has gone is started again by the next play.
+ */
+class MpvPlayer : public MediaPlayer
+{
+    Q_OBJECT
+
+public:
+    explicit MpvPlayer(const MpvOptions &options, QObject *parent = nullptr);
+
+    /** Process id of mpv, 0 when it does not run. */
+    qint64 processId() const { return m_mpv.processId(); }
+
+    void play(const PlayRequest &request) override;
+    void stop() override;
+    void pause() override;
+    void resume() override;
+    void seek(int positionMs) override;
+    void selectAudioTrack(int pid) override;
+    void selectSubtitleTrack(int pid) override;
+    void setAudioLanguages(const QStringList &languages) override;
+    void setSubtitleLanguages(const QStringList &languages) override;
+    void showSubtitles(bool visible) override;
+    void setAspect(Aspect aspect) override;
+    void changeVolume(int percent) override;
+    void toggleMute() override;
+
+private:
+    enum class State { Stopped, Starting, Playing, Paused };
+
+    /** The entries of mpv's playlist that the current medium consists of; none is 0 to -1. */
+    struct Entries
+    {
+        bool contains(int entry) const { return entry >= first && entry <= last; }
+
+        int first = 0;
+        int last = -1;
+    };
+
+    /** What is known of the medium that was asked for. */
+    struct Medium
+    {
+        QString url;
+        Entries entries;
+        int seekAtStartMs = -1; ///< Negative: none was asked for.
+        int lengthMs = 0;
+        bool seeks = false;
+        bool seeksInCacheOnly = false;
+        QString firstError;
+        QJsonArray tracks; ///< As mpv tells them.
+        TrackList audio;
+        TrackList subtitles;
+        QString reportedAudio;
+        QString reportedSubtitles;
+        int reportedAudioPid = -1;
+        int reportedSubtitlePid = -1;
+    };
+
+    bool startMpv();
+    void load(const PlayRequest &request);
+    void forgetMedium();
+    void finish(const QString &line);
+    void setProperty(const QString &name, const QJsonValue &value);
+    void setLastingProperty(const QString &name, const QJsonValue &value);
+
+    void handleEvent(const QJsonObject &event);
+    void handleEndOfEntry(const QJsonObject &event);
+    void explainFailure(const QString &summary);
+    void handlePlaybackRestart();
+    void begin();
+    void handleProperty(const QString &name, const QJsonValue &value);
+    void handleExit();
+    void handleSilence();
+
+    void reportTracks();
+    void reportProgress();
+
+    MpvOptions m_options;
+    MpvProcess m_mpv;
+    QTimer m_patience;
+    QTimer m_tick;
+    QHash<QString, QJsonValue> m_lasting; ///< Survives an mpv that is started again.
+    int m_volume = 100;
+
+    State m_state = State::Stopped;
+    int m_play = 0; ///< Counts the plays, to tell late answers from those that count.
+    int m_currentEntry = 0;
+    Medium m_medium;
+};

@@ -1,0 +1,19 @@
+#include "desktop/player/mpv_units.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double msPerSecond = 1000.0;
+
+} // namespace
+
+int millisecondsOf(double seconds)
+{
+    const double ms = std::round(seconds * msPerSecond);
+    return static_cast<int>(std::clamp(ms, 0.0, double(std::numeric_limits<int>::max())));
+}
+
+QString secondsText(int ms) { return QString::number(ms / msPerSecond, 'f', 3); }

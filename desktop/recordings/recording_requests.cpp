@@ -1,0 +1,78 @@
+#include "desktop/recordings/recording_requests.h"
+
+#include "desktop/link/payload.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+namespace {
+
+QString compactText(const QJsonArray &array)
+{
+    return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
+}
+
+QString compactText(const QJsonObject &object)
+{
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+} // namespace
+
+int createRecording(Recordings &recordings, const QByteArray &payload)
+{
+    const QJsonObject request = commandObject(payload);
+    RecordingTask task;
+    task.url = request["url"].toString();
+    task.fileName = request["fileName"].toString();
+    task.startTime = request["startTime"].toString();
+    task.endTime = request["endTime"].toString();
+    return recordings.create(task);
+}
+
+int removeRecording(Recordings &recordings, const QByteArray &payload)
+{
+    const QJsonObject request = commandObject(payload);
+    // Whoever sends a type that is not known here loses no file by it.
+    const bool withFile = request["removeType"].toInt() == int(RemoveType::TaskAndFile);
+    return recordings.remove(request["id"].toInt(),
+                             withFile ? RemoveType::TaskAndFile : RemoveType::TaskOnly);
+}
+
+int changeRecordingEnd(Recordings &recordings, const QByteArray &payload)
+{
+    const QJsonObject request = commandObject(payload);
+    return recordings.changeEndTime(request["id"].toInt(), request["endTime"].toString());
+}
+
+int setMostRecordings(Recordings &recordings, const QByteArray &payload)
+{
+    return recordings.setMaximumCount(commandObject(payload)["maxCnt"].toInt());
+}
+
+QString recordingById(const Recordings &recordings, const QByteArray &payload)
+{
+    const auto task = recordings.byId(commandObject(payload)["id"].toInt());
+    return compactText(task ? recordingJson(*task) : QJsonObject());
+}
+
+QString recordingsByIds(const Recordings &recordings, const QByteArray &payload)
+{
+    static const QRegularExpression number("[0-9]+");
+    QJsonArray found;
+    auto matches = number.globalMatch(commandObject(payload)["idList"].toString());
+    while (matches.hasNext()) {
+        if (const auto task = recordings.byId(matches.next().captured().toInt()))
+            found.append(recordingJson(*task));
+    }
+    return compactText(found);
+}
+
+QString allRecordings(const Recordings &recordings)
+{
+    QJsonArray tasks;
+    for (const RecordingTask &task : recordings.all())
+        tasks.append(recordingJson(task));
+    return compactText(tasks);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "desktop/player/media_player.h"
+#include "desktop/receiver_options.h"
+#include "desktop/screen/video_plane.h"
+
+#include <QString>
+
+#include <memory>
+
+/** What plays, and where it is shown. */
+struct Screen
+{
+    std::unique_ptr<VideoPlane> plane; ///< None with a simulated player.
+    std::unique_ptr<MediaPlayer> player;
+    QString description;
+};
+
+/**
+ * Chooses how Qt reaches the screen, before the application object is made: mpv draws into windows
+ * of X, so without mpv or without X there is none.
+ */
+void choosePlatform(ReceiverOptions::Player player);
+
+/** Opens what was chosen. */
+Screen openScreen();

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "desktop/screen/viewport.h"
+
+#include <QRasterWindow>
+
+/** A window that is black. */
+class BlackWindow : public QRasterWindow
+{
+    Q_OBJECT
+
+public:
+    using QRasterWindow::QRasterWindow;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+/**
+ * The plane below the portal: a black window as large as the program's, always at the bottom,
+ * with the video in the window inside it. Without a portal area that is transparent, and a
+ * compositor, nothing of it is seen.
+ */
+class VideoPlane : public BlackWindow
+{
+    Q_OBJECT
+
+public:
+    VideoPlane();
+
+    /** The native window into which a player draws; as long as this object lives. */
+    WId videoWindow() const { return m_video.winId(); }
+
+    /** Moves the video. */
+    void setViewport(const Viewport &viewport);
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void exposeEvent(QExposeEvent *event) override;
+
+private:
+    void place();
+
+    BlackWindow m_video;
+    Viewport m_viewport;
+};

@@ -1,0 +1,25 @@
+#include "desktop/screen/viewport.h"
+
+#include <QRectF>
+
+namespace {
+
+constexpr int defaultWidth = 1280;
+constexpr int standardWidth = 720;
+constexpr double standardHeight = 576.0;
+
+} // namespace
+
+QRect placed(const Viewport &viewport, const QSize &window)
+{
+    const QRect whole(QPoint(0, 0), window);
+    if (viewport.area.isEmpty())
+        return whole;
+    const int width = viewport.screenWidth > 0 ? viewport.screenWidth : defaultWidth;
+    const double horizontal = window.width() / double(width);
+    const double vertical = width == standardWidth ? window.height() / standardHeight : horizontal;
+    const QRectF scaled(viewport.area.x() * horizontal, viewport.area.y() * vertical,
+                        viewport.area.width() * horizontal, viewport.area.height() * vertical);
+    const QRect visible = scaled.toRect() & whole;
+    return visible.isEmpty() ? whole : visible;
+}

@@ -1,0 +1,34 @@
+#include "shell/pages/event_statement.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace EventStatement {
+
+const char playStarted[] = "stbEvent.onEvent(\"4\");";
+const char playEnded[] = "stbEvent.onEvent(\"1\");";
+const char audioTracksChanged[] = "stbEvent.onEvent(\"7\");";
+const char subtitleTracksChanged[] = "stbEvent.onEvent(\"9\");";
+const char usbMounted[] = "stbEvent.onBroadcastMessage(0, \"storage.mount\");";
+const char usbUnmounted[] = "stbEvent.onBroadcastMessage(0, \"storage.unmount\");";
+
+const char firstPlay[] = "if(stb.profile['enable_arrow_keys_setpos'] != 1)"
+                         "{stb.profile['enable_arrow_keys_setpos'] = 1; "
+                         "_debug('dravnik force to use arrow bttons for FF/FB');}";
+
+const char portalLoaded[] = "if(key.EXIT == 8){key.EXIT = 27;key.BACK = 8;}";
+
+QString recording(Recording code)
+{
+    return QString("var eventParams=pvrManager.GetEventParams(); "
+                   "_debug('eventParams', eventParams); "
+                   "stbEvent.onEvent(\"%1\", eventParams);")
+        .arg(static_cast<int>(code));
+}
+
+QString recordingParameters(int id)
+{
+    return QJsonDocument(QJsonObject{{"id", id}}).toJson(QJsonDocument::Compact);
+}
+
+} // namespace EventStatement

@@ -1,0 +1,13 @@
+#include "shell/pages/page_mode.h"
+
+PageMode pageModeOf(const QString &encodedUrl)
+{
+    if (encodedUrl.contains("vesprel_apps") || isVideoApplication(encodedUrl))
+        return PageMode::Application;
+    return encodedUrl.contains("external/settings") ? PageMode::Settings : PageMode::Portal;
+}
+
+bool isVideoApplication(const QString &encodedUrl)
+{
+    return encodedUrl.contains("external/youtube");
+}

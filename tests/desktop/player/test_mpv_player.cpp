@@ -1,0 +1,310 @@
+#include "desktop/player/mpv_player.h"
+#include "desktop/player/track_list.h"
+#include "desktop/screen/viewport.h"
+#include "platform/box_paths.h"
+#include "tests/support/clip.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHostAddress>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+
+namespace {
+
+constexpr int patienceMs = 20000;
+
+MpvOptions quietOptions()
+{
+    MpvOptions options;
+    options.arguments = QStringList{"--vo=null", "--ao=null"};
+    options.tickMs = 100;
+    return options;
+}
+
+/** A real mpv without picture and sound, and what it reports. */
+struct Player
+{
+    explicit Player(const MpvOptions &options = quietOptions())
+        : mpv(options)
+    {
+    }
+
+    int position() const { return progress.isEmpty() ? -1 : progress.last()[1].toInt(); }
+    QString lastMessage() const
+    {
+        return messages.isEmpty() ? QString() : messages.last().first().toString();
+    }
+
+    MpvPlayer mpv;
+    QSignalSpy started{&mpv, &MediaPlayer::started};
+    QSignalSpy ended{&mpv, &MediaPlayer::ended};
+    QSignalSpy progress{&mpv, &MediaPlayer::progress};
+    QSignalSpy audioTracks{&mpv, &MediaPlayer::audioTracksChanged};
+    QSignalSpy audioTrack{&mpv, &MediaPlayer::audioTrackChanged};
+    QSignalSpy subtitleTracks{&mpv, &MediaPlayer::subtitleTracksChanged};
+    QSignalSpy subtitleTrack{&mpv, &MediaPlayer::subtitleTrackChanged};
+    QSignalSpy messages{&mpv, &MediaPlayer::message};
+};
+
+bool exists(qint64 processId) { return ::kill(static_cast<pid_t>(processId), 0) == 0; }
+
+} // namespace
+
+class TestMpvPlayer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        if (!isInstalled("mpv") || !isInstalled("ffmpeg"))
+            QSKIP("mpv and ffmpeg are needed, and one of them is not installed");
+        BoxPaths::setRoot(m_root.path());
+        QVERIFY(QDir(m_root.path()).mkpath("media"));
+        QVERIFY(makeClip(clip(), 2));
+        QVERIFY(makeClip(m_root.path() + "/media/long.mkv", 60));
+    }
+
+    void playsToTheEnd()
+    {
+        Player player;
+        player.mpv.play({"/media/clip.ts?duration=9", 0}); // A path of the box.
+        QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
+        QCOMPARE(player.started.count(), 1);
+        QCOMPARE(player.messages.count(), 0);
+        QCOMPARE(player.audioTracks.last().first().toString(),
+                 QString("[{\"lang\":[\"eng\",\"en\"],\"pid\":257},"
+                         "{\"lang\":[\"deu\",\"de\",\"ger\"],\"pid\":258}]"));
+        QCOMPARE(player.audioTrack.last().first().toInt(), 257);
+        QCOMPARE(player.subtitleTracks.last().first().toString(), QString("[]"));
+        const int total = player.progress.last()[0].toInt();
+        QVERIFY2(total > 1900 && total < 2200, qPrintable(QString::number(total)));
+        QVERIFY(player.progress.count() > 5);
+        const auto earlier = [](const QVariantList &a, const QVariantList &b) {
+            return a[1].toInt() < b[1].toInt();
+        };
+        QVERIFY(std::is_sorted(player.progress.begin(), player.progress.end(), earlier));
+    }
+
+    /** The same medium again: its properties do not change, and must be reported all the same. */
+    void playsAgainAndFromAPosition()
+    {
+        Player player;
+        player.mpv.play({clip(), 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.audioTracks.count(), 1, patienceMs);
+        player.progress.clear();
+        player.mpv.play({clip(), 1000});
+        QTRY_COMPARE_WITH_TIMEOUT(player.audioTracks.count(), 2, patienceMs);
+        QTRY_VERIFY(!player.progress.isEmpty());
+        QVERIFY(player.progress.first()[0].toInt() > 1900);
+        QVERIFY(player.progress.first()[1].toInt() >= 900);
+        QCOMPARE(player.ended.count(), 0); // Of the first one no end is reported.
+        player.mpv.stop();
+        player.progress.clear();
+        QVERIFY(!player.progress.wait(300));
+        QCOMPARE(player.ended.count(), 0);
+    }
+
+    void startsSoon()
+    {
+        Player player;
+        player.mpv.play({clip(), 0}); // mpv itself may still be on its way here.
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 1, patienceMs);
+        QElapsedTimer clock;
+        clock.start();
+        player.mpv.play({"/media/long.mkv", 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 2, patienceMs);
+        qInfo("a local clip starts after %lld ms", clock.elapsed());
+    }
+
+    void pausesAndSeeks()
+    {
+        Player player;
+        player.mpv.seek(5000); // Nothing plays yet.
+        player.mpv.play({"/media/long.mkv", 0});
+        player.mpv.seek(20000); // Before the start it is where to start.
+        QTRY_VERIFY_WITH_TIMEOUT(player.position() >= 20000, patienceMs);
+        player.mpv.pause();
+        player.progress.clear();
+        QVERIFY(!player.progress.wait(400));
+        player.mpv.seek(40000);
+        QTRY_COMPARE_WITH_TIMEOUT(player.position(), 40000, patienceMs);
+        player.mpv.resume();
+        QTRY_VERIFY_WITH_TIMEOUT(player.position() > 40000, patienceMs);
+        player.mpv.seek(-5);
+        QTRY_VERIFY_WITH_TIMEOUT(player.position() < 1000, patienceMs);
+        player.mpv.seek(2147483647);
+        QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
+    }
+
+    void selectsTracks()
+    {
+        Player player;
+        player.mpv.setAudioLanguages({"de", ""});
+        player.mpv.showSubtitles(false);
+        player.mpv.play({"/media/long.mkv", 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.subtitleTrack.count(), 1, patienceMs);
+        const QJsonArray tracks =
+            QJsonDocument::fromJson(player.audioTracks.last().first().toByteArray()).array();
+        QCOMPARE(tracks.size(), 2);
+        const int english = tracks[0].toObject()["pid"].toInt();
+        QCOMPARE(player.audioTrack.count(), 1);
+        QCOMPARE(player.audioTrack.last().first().toInt(), tracks[1].toObject()["pid"].toInt());
+        player.mpv.selectAudioTrack(99); // No such track.
+        player.mpv.selectAudioTrack(english);
+        QTRY_COMPARE(player.audioTrack.count(), 2);
+        QCOMPARE(player.audioTrack.last().first().toInt(), english);
+        player.mpv.showSubtitles(true);
+        QTRY_VERIFY(player.subtitleTrack.last().first().toInt() > 0);
+    }
+
+    void whatCannotBePlayed_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no address") << ""
+                                    << "no address";
+        QTest::newRow("no file") << "/media/missing.ts"
+                                 << "No such file";
+        QTest::newRow("no medium") << "/media/junk.ts"
+                                   << "cannot play /media/junk.ts: ";
+        QTest::newRow("no server") << "http://127.0.0.1:1/a.ts"
+                                   << "refused";
+        QTest::newRow("no scheme of ours") << "zzz://a"
+                                           << "cannot play zzz://a: ";
+        QTest::newRow("silent source") << "SILENT"
+                                       << "within 1 s";
+    }
+
+    void whatCannotBePlayed()
+    {
+        QFETCH(QString, url);
+        QFETCH(QString, reason);
+        QFile junk(m_root.path() + "/media/junk.ts");
+        QVERIFY(junk.open(QIODevice::WriteOnly));
+        junk.write("this is not a medium");
+        junk.close();
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        MpvOptions options = quietOptions();
+        if (url == "SILENT") {
+            url = QString("http://127.0.0.1:%1/a.ts").arg(silent.serverPort());
+            options.startPatienceMs = 1000;
+        }
+        Player player(options);
+        player.mpv.play({url, 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
+        QCOMPARE(player.started.count(), 0);
+        QCOMPARE(player.messages.count(), 1);
+        QVERIFY2(player.lastMessage().contains(reason), qPrintable(player.lastMessage()));
+        player.mpv.play({clip(), 0}); // And it plays on.
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 1, patienceMs);
+    }
+
+    void killedMpvIsStartedAgain()
+    {
+        Player player;
+        player.mpv.setAudioLanguages({"ger", ""});
+        player.mpv.play({clip(), 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 1, patienceMs);
+        const qint64 killed = player.mpv.processId();
+        QVERIFY(killed > 0 && ::kill(static_cast<pid_t>(killed), SIGKILL) == 0);
+        QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
+        QVERIFY(player.lastMessage().contains("mpv has gone"));
+        player.mpv.play({clip(), 0});
+        QTRY_COMPARE_WITH_TIMEOUT(player.audioTrack.count(), 2, patienceMs);
+        QVERIFY(player.mpv.processId() != killed);
+        QCOMPARE(player.audioTrack.last().first().toInt(), 258); // It remembers the language.
+    }
+
+    void mpvEndsWithThePlayer()
+    {
+        qint64 processId = 0;
+        {
+            Player player;
+            processId = player.mpv.processId();
+            QVERIFY(exists(processId));
+        }
+        QVERIFY(!exists(processId));
+    }
+
+    void missingMpv()
+    {
+        MpvOptions options;
+        options.program = "vesprel-no-such-player";
+        Player player(options);
+        player.mpv.play({clip(), 0});
+        QCOMPARE(player.ended.count(), 1);
+        QVERIFY(player.lastMessage().contains("could not be started"));
+    }
+
+    void trackLists_data()
+    {
+        QTest::addColumn<QByteArray>("mpv");
+        QTest::addColumn<QString>("json");
+        QTest::addColumn<int>("selected");
+        const auto row = [](const char *name, const QByteArray &mpv, const char *json, int pid) {
+            QTest::newRow(name) << "[{\"type\":\"video\",\"id\":1,\"selected\":true}" + mpv + "]"
+                                << QString(json) << pid;
+        };
+        row("none", "", "[]", 0);
+        row("no pid", ",{\"type\":\"audio\",\"id\":2,\"selected\":true}",
+            "[{\"lang\":[\"und\"],\"pid\":2}]", 2);
+        row("same pid twice",
+            ",{\"type\":\"audio\",\"id\":1,\"src-id\":257,\"lang\":\"xx\"}"
+            ",{\"type\":\"audio\",\"id\":2,\"src-id\":257,\"lang\":\"rus\",\"selected\":true}",
+            "[{\"lang\":[\"xx\"],\"pid\":257},{\"lang\":[\"rus\",\"ru\"],\"pid\":2}]", 2);
+    }
+
+    void trackLists()
+    {
+        QFETCH(QByteArray, mpv);
+        const TrackList list = TrackList::of("audio", QJsonDocument::fromJson(mpv).array());
+        QTEST(list.json(), "json");
+        QTEST(list.selectedPid(), "selected");
+    }
+
+    void videoWindow_data()
+    {
+        QTest::addColumn<QRect>("area");
+        QTest::addColumn<int>("screenWidth");
+        QTest::addColumn<QRect>("expected");
+        QTest::newRow("full") << QRect(0, 0, 0, 0) << 1280 << QRect(0, 0, 1920, 1080);
+        QTest::newRow("preview") << QRect(640, 90, 320, 180) << 1280 << QRect(960, 135, 480, 270);
+        QTest::newRow("own size") << QRect(10, 20, 30, 40) << 1920 << QRect(10, 20, 30, 40);
+        QTest::newRow("standard") << QRect(360, 288, 360, 288) << 720 << QRect(960, 540, 960, 540);
+        QTest::newRow("no screen") << QRect(640, 0, 640, 720) << 0 << QRect(960, 0, 960, 1080);
+        QTest::newRow("beyond") << QRect(640, 360, 9999, 9999) << 1280 << QRect(960, 540, 960, 540);
+        QTest::newRow("outside") << QRect(5000, 0, 10, 10) << 1280 << QRect(0, 0, 1920, 1080);
+        QTest::newRow("no height") << QRect(9, 9, 100, 0) << 1280 << QRect(0, 0, 1920, 1080);
+    }
+
+    void videoWindow()
+    {
+        QFETCH(QRect, area);
+        QFETCH(int, screenWidth);
+        QFETCH(QRect, expected);
+        QTEST(placed({area, screenWidth}, {1920, 1080}), "expected");
+        // A title bar above a window takes from its height and does not shrink the page.
+        if (expected.bottom() < 1000)
+            QCOMPARE(placed({area, screenWidth}, {1920, 1050}), expected);
+    }
+
+private:
+    QString clip() const { return m_root.path() + "/media/clip.ts"; }
+
+    QTemporaryDir m_root;
+};
+
+QTEST_GUILESS_MAIN(TestMpvPlayer)
+#include "test_mpv_player.moc"

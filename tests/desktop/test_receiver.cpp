@@ -1,0 +1,405 @@
+#include "desktop/console/console_command.h"
+#include "desktop/recordings/memory_recordings.h"
+#include "desktop/link/protocol_server.h"
+#include "desktop/receiver.h"
+#include "desktop/player/simulated_player.h"
+#include "platform/box_paths.h"
+
+#include <QDataStream>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+// Fast enough for a test; a second of the medium passes every other millisecond.
+constexpr SimulatedTiming fastPlayer = {1, 2, 1000, 60 * 1000};
+constexpr ServerTiming fastServer = {20, 2000};
+
+QByteArray bytes(const char *hex) { return QByteArray::fromHex(hex); }
+
+/** A receiver on its own socket, and the two connections of a program to it. */
+struct Link
+{
+    explicit Link(const SimulatedTiming &playerTiming = fastPlayer,
+                  const ServerTiming &serverTiming = fastServer)
+        : server(serverTiming)
+        , player(playerTiming)
+        , receiver(server, player, recordings)
+        , messages(&receiver, &Receiver::message)
+    {
+        failure = server.listen(BoxPaths::receiverSocket());
+        commander.connectToServer(BoxPaths::receiverSocket());
+        listener.connectToServer(BoxPaths::receiverSocket());
+    }
+
+    /** Sends a frame on the commanding connection. */
+    void command(int type, const QByteArray &payload)
+    {
+        QByteArray frame;
+        QDataStream stream(&frame, QIODevice::WriteOnly);
+        stream << 987654321 << type << payload; // Big-endian, the payload with its length.
+        commander.write(frame);
+    }
+
+    /** True once a line with this beginning was printed. */
+    bool printed(const QString &beginning) const
+    {
+        for (const auto &message : messages) {
+            if (message.first().toString().startsWith(beginning))
+                return true;
+        }
+        return false;
+    }
+
+    /** Collects what the listener gets; true once it contains these bytes. */
+    bool heard(const QByteArray &expected)
+    {
+        received += listener.readAll();
+        return received.contains(expected);
+    }
+
+    ProtocolServer server;
+    SimulatedPlayer player;
+    MemoryRecordings recordings;
+    Receiver receiver;
+    QSignalSpy messages;
+    QString failure;
+    QLocalSocket commander;
+    QLocalSocket listener;
+    QByteArray received;
+};
+
+/** Writes down what it is told. */
+class NotingPlayer : public SimulatedPlayer
+{
+public:
+    void setAudioLanguages(const QStringList &codes) override
+    {
+        notes += "audio " + codes.join(' ');
+    }
+    void setSubtitleLanguages(const QStringList &codes) override
+    {
+        notes += "subtitles " + codes.join(' ');
+    }
+    void showSubtitles(bool visible) override { notes += QString("show %1").arg(visible); }
+    void setAspect(Aspect aspect) override { notes += QString("aspect %1").arg(int(aspect)); }
+    void changeVolume(int percent) override { notes += QString("volume %1").arg(percent); }
+    void toggleMute() override { notes += "mute"; }
+
+    QStringList notes;
+};
+
+/** Leaves a socket file behind on which nobody answers. */
+void leaveStaleSocket(const QString &path)
+{
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, path.toLocal8Bit().constData());
+    ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    ::close(descriptor);
+}
+
+} // namespace
+
+class TestReceiver : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_root = std::make_unique<QTemporaryDir>("/tmp/vrx-XXXXXX");
+        BoxPaths::setRoot(m_root->path());
+    }
+
+    void eventsReachOnlyTheSilentConnection()
+    {
+        Link link;
+        QCOMPARE(link.failure, QString());
+        link.commander.write(bytes("3ade68b1 000004b0 00000004 00000500"));
+        QTRY_VERIFY(link.printed("virtual screen 1280"));
+        link.receiver.runConsoleCommand(parseConsoleLine("time 60000 1000"));
+        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
+        QTRY_COMPARE(link.listener.bytesAvailable(), 32);
+        QCOMPARE(link.listener.readAll(), bytes("3ade68b1 000003ed 00000008 0000ea60 000003e8"
+                                                "3ade68b1 000003f9 00000000"));
+        QCOMPARE(link.commander.bytesAvailable(), 0);
+
+        // A listener that starts to speak gets no more events.
+        link.listener.write(bytes("3ade68b1 0000044e 00000000"));
+        QTRY_VERIFY(link.printed("mute"));
+        link.commander.abort();
+        QLocalSocket other;
+        other.connectToServer(BoxPaths::receiverSocket());
+        link.receiver.runConsoleCommand(parseConsoleLine("power off"));
+        QTRY_COMPARE(other.bytesAvailable(), 12);
+        QCOMPARE(other.readAll(), bytes("3ade68b1 00000405 00000000"));
+        QCOMPARE(link.listener.bytesAvailable(), 0);
+    }
+
+    void eventsForNobodyAreDropped()
+    {
+        Link link({}, {20, 30});
+        link.listener.abort();
+        link.commander.write(bytes("3ade68b1 0000044e 00000000"));
+        QTRY_VERIFY(link.printed("mute"));
+        link.receiver.runConsoleCommand(parseConsoleLine("rec error 3"));
+        QTRY_VERIFY(link.printed("dropped, nobody listens: recording error 3"));
+        link.commander.abort();
+        QTRY_COMPARE(link.messages.last().first().toString(), "connection closed");
+        link.receiver.runConsoleCommand(parseConsoleLine("usb unmount"));
+        QVERIFY(link.printed("dropped, nobody listens: usb unmounted"));
+    }
+
+    void requestsAreAnswered_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QByteArray>("answer");
+        const QByteArray task = "{\"endTime\":\"20\",\"fileName\":\"a.ts\",\"id\":1,"
+                                "\"startTime\":\"10\",\"state\":1,\"url\":\"/\u00e9\"}";
+        const auto row = [](const char *name, int type, const QByteArray &json, const char *hex,
+                            const QByteArray &text = {}) {
+            QTest::newRow(name) << type << json << bytes(hex) + text;
+        };
+        row("create", 1903, "{\"url\":\"/b\"}", "3ade68b1 000003fb 00000004 00000002");
+        row("create from junk", 1903, "junk", "3ade68b1 000003fb 00000004 ffffffff");
+        row("create backwards", 1903, R"({"url":"/b","startTime":"20","endTime":"10"})",
+            "3ade68b1 000003fb 00000004 ffffffff");
+        row("remove", 1904, R"({"id":1,"removeType":0})", "3ade68b1 000003fc 00000004 00000000");
+        row("remove nothing", 1904, "{}", "3ade68b1 000003fc 00000004 fffffffe");
+        row("change end", 1905, R"({"endTime":"90","id":1})",
+            "3ade68b1 000003fd 00000004 00000000");
+        row("change end of unknown", 1905, R"({"endTime":"90","id":2})",
+            "3ade68b1 000003fd 00000004 fffffffe");
+        row("by id", 1906, R"({"id":1})", "3ade68b1 000003fe 00000050", task);
+        row("by unknown id", 1906, R"({"id":9})", "3ade68b1 000003fe 00000002", "{}");
+        row("by ids", 1907, R"({"idList":"[7,1]"})", "3ade68b1 000003ff 00000052",
+            "[" + task + "]");
+        row("by no ids", 1907, "", "3ade68b1 000003ff 00000002", "[]");
+        row("maximum", 1908, R"({"maxCnt":1})", "3ade68b1 00000400 00000004 00000000");
+        row("maximum of none", 1908, R"({"maxCnt":0})", "3ade68b1 00000400 00000004 ffffffff");
+        row("all", 1909, "", "3ade68b1 00000401 00000052", "[" + task + "]");
+    }
+
+    /** One request each, to a receiver that keeps one task. */
+    void requestsAreAnswered()
+    {
+        QFETCH(int, type);
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArray, answer);
+        Link link;
+        RecordingTask task;
+        task.url = QString::fromUtf8("/\u00e9");
+        task.fileName = "a.ts";
+        task.startTime = "10";
+        task.endTime = "20";
+        QCOMPARE(link.recordings.create(task), 1);
+        link.command(type, json);
+        QTRY_VERIFY(link.heard(answer));
+        QCOMPARE(link.received, answer);
+    }
+
+    void recordingRequestsChangeTheTasks()
+    {
+        Link link;
+        link.command(1903, "{\"endTime\":\"20\",\"startTime\":\"10\",\"url\":\"/\xe9\"}");
+        link.command(1905, R"({"endTime":"90","id":1})");
+        link.command(1908, R"({"maxCnt":1})");
+        link.command(1903, R"({"url":"/b"})");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fb 00000004 fffffffd"))); // No room.
+        QCOMPARE(link.recordings.all().size(), 1);
+        QCOMPARE(link.recordings.byId(1)->url, QString::fromUtf8("/\u00e9"));
+        QCOMPARE(link.recordings.byId(1)->endTime, "90");
+        link.command(1904, R"({"id":1})");
+        QTRY_VERIFY(link.recordings.all().isEmpty());
+    }
+
+    void storageListsTheRoot()
+    {
+        Link link;
+        link.commander.write(bytes("3ade68b1 0000076e 00000000"));
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f8")) && link.received.endsWith("]"));
+        const QJsonObject root =
+            QJsonDocument::fromJson(link.received.mid(12)).array().first().toObject();
+        QCOMPARE(root["mountPath"].toString(), "/");
+        QVERIFY(root["size"].toDouble() >= root["freeSize"].toDouble());
+        QVERIFY(root["size"].toDouble() > 0 && !root["label"].toString().isEmpty());
+    }
+
+    void consoleNotesTheStateOfRecordings()
+    {
+        Link link;
+        RecordingTask task;
+        task.url = "/a";
+        QCOMPARE(link.recordings.create(task), 1);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec started 1"));
+        QCOMPARE(int(link.recordings.byId(1)->state), 2);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec finished 1"));
+        QCOMPARE(int(link.recordings.byId(1)->state), 4);
+        link.receiver.runConsoleCommand(parseConsoleLine("rec error 99"));
+    }
+
+    void playbackOverTheWire()
+    {
+        Link link;
+        link.command(1000, "/a?duration=3 position:1");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003ea 00000000"))); // end
+        const int start = link.received.indexOf(bytes("3ade68b1 000003e9 00000000"));
+        const int tracks = link.received.indexOf(bytes("3ade68b1 000003f2"));
+        const int subtitles = link.received.indexOf(bytes("3ade68b1 000003f5"));
+        const int progress =
+            link.received.indexOf(bytes("3ade68b1 000003ed 00000008 00000bb8 000003e8"));
+        QVERIFY(start >= 0 && tracks > start && subtitles > tracks && progress > subtitles);
+        QVERIFY(link.heard(bytes("3ade68b1 000003f3 00000004 00001100")));
+        QVERIFY(link.heard(bytes("3ade68b1 000003f6 00000004 00001200")));
+    }
+
+    void selectedTrackIsReported()
+    {
+        SimulatedPlayer player({1, 1000, 1000, 60000});
+        QSignalSpy audio(&player, &MediaPlayer::audioTrackChanged);
+        QSignalSpy subtitle(&player, &MediaPlayer::subtitleTrackChanged);
+        player.selectAudioTrack(4353);
+        QCOMPARE(audio.count(), 0);
+        player.play({"/a", 0});
+        QTRY_COMPARE(subtitle.count(), 1);
+        player.selectAudioTrack(4353);
+        player.selectAudioTrack(1); // No such track.
+        player.selectSubtitleTrack(4609);
+        QCOMPARE(audio.last().first().toInt(), 4353);
+        QCOMPARE(subtitle.last().first().toInt(), 4609);
+        QCOMPARE(audio.count(), 2);
+    }
+
+    void cutFrames()
+    {
+        Link link;
+        const QByteArray stream = bytes("3ade68b1 000003ed 00000004 00001388"
+                                        "3ade68b1 0000076d 00000000"
+                                        "3ade68b1 00000776 00000003 617070");
+        for (const char byte : stream) {
+            link.commander.write(&byte, 1);
+            link.commander.flush();
+            QCoreApplication::processEvents();
+        }
+        QTRY_VERIFY(link.printed("run application app"));
+        QVERIFY(link.printed("seek 5000 ms"));
+        const auto isCommand = [](const QVariantList &message) {
+            return !message.first().toString().startsWith("connection");
+        };
+        QCOMPARE(std::count_if(link.messages.begin(), link.messages.end(), isCommand), 3);
+    }
+
+    void garbageFrames_data()
+    {
+        QTest::addColumn<QByteArray>("garbage");
+        QTest::newRow("piece of a header") << bytes("3ade68");
+        QTest::newRow("huge length") << bytes("3ade68b1 000003e8 7fffffff 6162");
+        QTest::newRow("negative length") << bytes("3ade68b1 000003e8 ffffffff 6162");
+        QTest::newRow("zeros") << QByteArray(4099, '\0');
+        QTest::newRow("ones") << QByteArray(4099, '\xff');
+        QTest::newRow("short payloads") << bytes("3ade68b1 000003ed 00000001 01"
+                                                 "3ade68b1 000004b2 00000005 0000000001"
+                                                 "3ade68b1 00000772 00000001 7b");
+    }
+
+    /** Whatever one connection sends, the receiver serves the next one. */
+    void garbageFrames()
+    {
+        QFETCH(QByteArray, garbage);
+        Link link;
+        QLocalSocket vandal;
+        vandal.connectToServer(BoxPaths::receiverSocket());
+        vandal.write(garbage);
+        vandal.flush();
+        QTRY_COMPARE(vandal.bytesToWrite(), 0);
+        link.commander.write(bytes("3ade68b1 0000076d 00000000"));
+        QTRY_VERIFY(link.printed("reboot"));
+        vandal.abort();
+        QTRY_VERIFY(link.printed("connection closed"));
+    }
+
+    void socketPath()
+    {
+        const QString path = BoxPaths::receiverSocket();
+        QDir().mkpath(QFileInfo(path).path());
+        leaveStaleSocket(path);
+        QVERIFY(QFileInfo::exists(path));
+        {
+            ProtocolServer server;
+            QCOMPARE(server.listen(path), QString());
+            ProtocolServer second;
+            QVERIFY(second.listen(path).contains("already answers"));
+            QLocalSocket socket;
+            socket.connectToServer(path);
+            QVERIFY(socket.waitForConnected());
+        }
+        QVERIFY(!QFileInfo::exists(path));
+
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        ProtocolServer server;
+        QVERIFY(server.listen(path).contains("not a socket"));
+        QVERIFY(QFileInfo(path).isFile());
+        const QString longPath = m_root->path() + "/" + QString(120, 'a');
+        QVERIFY(server.listen(longPath).contains("107"));
+    }
+
+    void adjustmentsReachThePlayer()
+    {
+        Link link;
+        NotingPlayer player;
+        Receiver receiver(link.server, player, link.recordings);
+        QStringList viewports;
+        connect(&receiver, &Receiver::viewportChanged, &receiver,
+                [&viewports](const Viewport &viewport) {
+                    const QRect area = viewport.area;
+                    viewports += QString("%1: %2,%3 %4x%5")
+                                     .arg(viewport.screenWidth)
+                                     .arg(area.x())
+                                     .arg(area.y())
+                                     .arg(area.width())
+                                     .arg(area.height());
+                });
+        link.command(1200, bytes("00000780"));
+        link.command(1202, bytes("0000000a 00000014 0000001e 00000028"));
+        link.command(1203, bytes("00000002"));
+        link.command(1013, "rus");
+        link.command(1014, "eng");
+        link.command(1023, "fra");
+        link.command(1025, bytes("00000001"));
+        link.command(1100, {});
+        link.command(1101, {});
+        link.command(1102, {});
+        QTRY_COMPARE(player.notes.join("; "),
+                     QString("aspect 2; audio rus ; audio rus eng; subtitles fra ; show 1; "
+                             "volume 5; volume -5; mute"));
+        link.commander.abort();
+        link.listener.abort();
+        QTRY_COMPARE(viewports.join("; "),
+                     QString("1920: 0,0 0x0; 1920: 10,20 30x40; 1280: 0,0 0x0"));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_root;
+};
+
+QTEST_GUILESS_MAIN(TestReceiver)
+#include "test_receiver.moc"

@@ -1,0 +1,226 @@
+#include "shell/pages/injected_script.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/portal.h"
+
+#include <QTest>
+
+namespace {
+
+const char tvPage[] =
+    "<style>#tv { position: absolute; left: 0; top: 0; width: 640px; height: 360px;"
+    "  background: url(data:image/gif;base64,R0lGODlhAQABAIAAAP8AAP///ywAAAAAAQABAAACAkQBADs=); }"
+    ".tv_prev_window { position: absolute; left: 100px; top: 50px; width: 200px; height: 100px;"
+    "  padding: 10px; background: blue; }</style>"
+    "<div class='layer_bg' id='tv'></div><div class='tv_prev_window'></div>";
+
+} // namespace
+
+/** What a page finds: the published objects and the injected scripts. */
+class TestBridge : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<Portal> m_portal;
+
+    QVariant evaluate(const QString &script) { return m_portal->evaluate(script); }
+
+private slots:
+    void initTestCase()
+    {
+        m_portal = std::make_unique<Portal>();
+        m_portal->load(tracingPage);
+    }
+
+    void cleanupTestCase() { m_portal.reset(); }
+
+    /** Before the first script of every new document. */
+    void publishedInEveryDocument()
+    {
+        for (const char *name : {"first.html", "second.html"}) {
+            m_portal->load("<script>var seen = [gSTB, stbPlayerManager, stbPlayer, pvrManager, "
+                           "timeShift, stbStorage, stbWindowMgr, stbWebWindow].length +"
+                           " typeof stbPlayer.play + typeof KeyboardPress;"
+                           "var surface = typeof stbSurface;</script>",
+                           name);
+            QCOMPARE(evaluate("seen"), QVariant("8functionfunction"));
+            QCOMPARE(evaluate("surface"), QVariant("undefined"));
+        }
+    }
+
+    void answers_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QVariant>("answer");
+        const auto row = [](const char *script, const QVariant &answer) {
+            QTest::newRow(script) << QString(script) << answer;
+        };
+        row("stbPlayerManager.list.length === 1 && stbPlayerManager.list[0] === stbPlayer", true);
+        row("stbPlayerManager.externalProtocols.length", 0.0);
+        row("[stbPlayerManager.autoFrameRate.fr24, stbPlayerManager.autoFrameRate.fr50,"
+            " stbPlayerManager.autoFrameRate.fr60].join()",
+            "true,true,true");
+        row("stbPlayerManager.RTSP.type", 0.0);
+        row("var r = stbPlayerManager.RTSP; [r.keepAlive, r.endByAnnounce, r.endByGetParameter,"
+            " r.endByTimeout, r.endByRTP, r.useUDP, r.useRTPOverRTSP, r.updateDuration,"
+            " r.nonSmoothPause].join('')",
+            QString("false").repeated(9));
+        row("stbPlayer.state", 0.0);
+        row("stbPlayer.setHttpHeaders({}) && stbPlayer.setOption(1, 2)", true);
+        row("stbPlayer.getOption(1)", "");
+        row("String(stbPlayer.rotate(90)) + stbPlayer.reset() + stbPlayer.teletextCommand(1)",
+            "undefinedundefinedundefined");
+        row("[stbDownloadManager.AddJob(), stbDownloadManager.AddMeasureJob(),"
+            " stbDownloadManager.StartJob(), stbDownloadManager.StopJob()].join()",
+            "false,false,false,false");
+        row("stbDownloadManager.GetMeasureInfo() + stbDownloadManager.GetQueueInfo()", "[][]");
+        row("String(stbDownloadManager.RestoreJobs())", "undefined");
+        row("stbStorage.getItem('any')", "");
+        row("typeof timeShift.SetTimeShiftFolder('/media/x')", "undefined");
+        row("stbWindowMgr.IsWebWindowExist()", true);
+        row("stbWebWindow.windowId()", 1.0);
+        row("stbWindowMgr.openWebWindow('http://a'); document.title", "");
+        row("pvrManager.GetEventParams()", "");
+        row("stbWindowMgr.GetFocusedInputInfo()",
+            "{\"result\":{\"x\":0, \"y\":0, \"w\":0, \"h\":0, \"positionHint\": \"none\"} }");
+    }
+
+    void answers()
+    {
+        QFETCH(QString, script);
+        QTEST(evaluate(script), "answer");
+    }
+
+    void records()
+    {
+        LogCapture log;
+        evaluate("stbPlayer.play({uri: 'u'}); stbDownloadManager.DeleteJob(1);"
+                 "stbPlayer.setOption(1, 2); stbWebWindow.messageSend(1, 'k');"
+                 "pvrManager.RemoveTask(1, 0)");
+        const QStringList records = log.take();
+        for (const char *record :
+             {"[Web] \"player0 debug\"", "PlayConfig (): \"{\\\"uri\\\":\\\"u\\\"}\"",
+              "[Web] \"stbDownloadManager.DeleteJob\"", "[Web] \"stbPlayer.setOption\"",
+              "messageSend (): 1 \"k\" \"\"", "RemoveTask", "PvrRemoveTask timeout"})
+            QVERIFY2(records.contains(record), qPrintable(record + ("\n" + records.join('\n'))));
+    }
+
+    /** No page can destroy what other pages need; the state is that of the play request above. */
+    void survivesDeleteLater()
+    {
+        evaluate("[gSTB, stbPlayerManager, stbPlayer, pvrManager, timeShift, stbStorage,"
+                 " stbWindowMgr, stbWebWindow, stbPlayerManager.RTSP,"
+                 " stbPlayerManager.autoFrameRate].forEach(function (o) { o.deleteLater(); })");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+        QCOMPARE(evaluate("[gSTB.GetTeletextPID(), stbPlayer.state, pvrManager.GetEventParams(),"
+                          " stbStorage.getItem(''), stbWindowMgr.IsWebWindowExist(),"
+                          " stbPlayerManager.RTSP.type, stbPlayerManager.autoFrameRate.fr24,"
+                          " stbWebWindow.windowId(), typeof timeShift.SetMaxDuration(1)].join()"),
+                 QVariant("8192,1,,,true,0,true,1,undefined"));
+    }
+
+    void scriptResources()
+    {
+        for (const char *name : {"hole.js", "show_hole.js", "hide_hole.js", "kb.js", "shim.js"})
+            QVERIFY2(!injectedScript(name).value_or(QString()).isEmpty(), name);
+        QVERIFY(!injectedScript("no_such.js"));
+    }
+
+    void keyboardScript_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<int>("caret");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("result"); // the value with "|" at the caret
+        const auto row = [](const char *name, const QString &value, int caret, const char *keys,
+                            const QString &result) {
+            QTest::newRow(name) << value << caret << QString(keys) << result;
+        };
+        row("insert in the middle", "ac", 1, "['b']", "ab|c");
+        row("space", "ab", 1, "['Space']", "a |b");
+        row("several letters", "", 0, "['www.', 'x']", "www.x|");
+        row("backspace", "abc", 2, "['BackSpace']", "a|c");
+        row("backspace at the start", "abc", 0, "['BackSpace']", "|abc");
+        row("backspace takes a whole pair", QString::fromUtf8("a\xf0\x9f\x98\x80"), 3,
+            "['BackSpace']", "a|");
+        row("start and end", "abc", 1, "['Up', 'x', 'Down', 'y']", "xabcy|");
+        row("left and right", "abc", 1, "['Right', 'Right', 'Right', 'Left', 'x']", "abx|c");
+        row("left at the start", "abc", 0, "['Left', 'x']", "x|abc");
+    }
+
+    void keyboardScript()
+    {
+        QFETCH(QString, value);
+        QFETCH(int, caret);
+        QFETCH(QString, keys);
+        m_portal->load("<input id='i'><script>var inputs = 0, i = document.getElementById('i');"
+                       "i.addEventListener('input', function (e) {"
+                       "  inputs += e.bubbles ? 100 : e.cancelable ? 1 : 1000; });</script>");
+        evaluate("i.value = '" + value + "'; i.focus();" +
+                 QString("i.setSelectionRange(%1, %1);").arg(caret) +
+                 "var before = i.value, changes = 0;" + keys +
+                 ".forEach(function (k) { KeyboardPress(k, 'id');"
+                 "  if (i.value !== before) { changes++; before = i.value; } });");
+        QTEST(evaluate("i.value.slice(0, i.selectionStart) + '|' + "
+                       "i.value.slice(i.selectionStart)")
+                  .toString(),
+              "result");
+        QCOMPARE(evaluate("inputs"), evaluate("changes"));
+    }
+
+    void keyboardScriptWithoutField()
+    {
+        m_portal->load("<p>no field</p>");
+        QCOMPARE(evaluate("try { ['a', 'BackSpace', 'Left', 'Up'].forEach(function (k) {"
+                          " KeyboardPress(k, ''); }); 'quiet' } catch (e) { String(e) }"),
+                 QVariant("quiet"));
+    }
+
+    void focusedField()
+    {
+        m_portal->load("<input id='i' style='position: absolute; left: 100px; top: 200px; "
+                       "width: 300px; height: 40px; margin: 0; padding: 0; border: 0'>");
+        evaluate("document.getElementById('i').focus()");
+        QCOMPARE(evaluate("stbWindowMgr.GetFocusedInputInfo()"),
+                 QVariant("{\"result\":{\"x\":100, \"y\":200, \"w\":300, \"h\":40, "
+                          "\"positionHint\": \"none\"} }"));
+    }
+
+    void hole()
+    {
+        m_portal->load("<p>later</p>");
+        // The page is asked again until its TV layer is there.
+        evaluate(
+            QString("document.body.innerHTML = \"%1\"").arg(QString(tvPage).replace('"', '\'')));
+        evaluate("hole()");
+        QTRY_COMPARE(evaluate("var p = document.getElementById('hole_bg').getContext('2d');"
+                              "p.getImageData(5, 5, 1, 1).data[0]"),
+                     QVariant(255.0));
+        // Inside the padding the video shows, at the padding and beside it the picture stays.
+        QCOMPARE(evaluate("[[115, 65], [305, 155], [312, 162], [95, 45]].map(function (at) {"
+                          " return p.getImageData(at[0], at[1], 1, 1).data[3]; }).join()"),
+                 QVariant("0,0,255,255"));
+        QCOMPARE(evaluate("document.getElementById('ori_bg').getContext('2d')"
+                          ".getImageData(115, 65, 1, 1).data[3]"),
+                 QVariant(255.0));
+        const char style[] = "['hole_bg', 'ori_bg'].map(function (id) {"
+                             " return document.getElementById(id).style.display; }).join()";
+        evaluate("gSTB.SetTopWin(1)");
+        QCOMPARE(evaluate(style), QVariant("block,none"));
+        evaluate("gSTB.SetTopWin(0)");
+        QCOMPARE(evaluate(style), QVariant("none,block"));
+        QCOMPARE(evaluate("getComputedStyle(document.querySelector('#tv')).backgroundImage"),
+                 QVariant("none"));
+    }
+
+    /** Switching the hole in a page that has none does nothing. */
+    void noHole()
+    {
+        m_portal->load("<p>no tv</p>");
+        QCOMPARE(evaluate("gSTB.SetTopWin(1); gSTB.SetTopWin(0); 'quiet'"), QVariant("quiet"));
+    }
+};
+
+QTEST_MAIN(TestBridge)
+#include "test_bridge.moc"
