@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Runs the whole box on a PC: see --help.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)

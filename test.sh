@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Installs what is missing, builds and runs all tests: ./test.sh [PRESET...], by default "desktop".
 # The presets that have tests are "desktop" and "sanitize".
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * What the box is, and what it knows of files and storage. Network answers are fixed texts.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Playback, seeking and position. The receiver plays; this keeps the state that the getters
  * answer from.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The portal's own settings and files, and the box's parameters.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Slots that keep what the portal tells, for other slots or for the key filter, and the portal's
  * own debug channel.

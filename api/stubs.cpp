@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The slots that only write their record: portals written for a richer box call them, and each
  * answers what such a portal can go on with.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Actions of the box that a portal names, and listing a directory for its media browser.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "api/system_action.h"
 
 #include <QLatin1String>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "api/user_data.h"
 
 #include "api/settings_file.h"

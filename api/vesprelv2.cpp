@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Life of the portal object, its properties and the events that the window brings to it.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/startup.h"
 
 #include "app/log_sink.h"

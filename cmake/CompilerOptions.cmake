@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Warnings and sanitizers for every target of this tree.
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(VESPREL_WERROR)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Makes the clips of the demo portal with ffmpeg: demo_clips.sh FOLDER. What is there stays.
 set -euo pipefail
 folder=$1

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Switches the engine's remote inspector on in a program that has no switch for it: loaded into
  * the program with LD_PRELOAD, with the port in VESPREL_INSPECTOR_PORT. Every page of the program

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
 #include "desktop/recordings/ffmpeg_recordings.h"

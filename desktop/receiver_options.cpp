@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/receiver_options.h"
 
 #include "desktop/console/console_command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "enigma2/enigma2.h"
 
 #include "enigma2/enigma2_thread.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The commands of the receiver link, one slot each, and the eight requests that wait.
  */

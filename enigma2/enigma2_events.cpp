@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * What comes from the receiver: events become signals, answers wake the request that waits for
  * them. Runs in the reader thread.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "enigma2/private_settings_name.h"
 
 std::optional<QString> privateSettingsName(const QString &portalUrl)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "enigma2/struct_codec.h"
 
 #include "enigma2/format_walker.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "objects/player.h"
 
 #include "api/vesprelv2.h"

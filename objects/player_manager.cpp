@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "objects/player_manager.h"
 
 #include "api/vesprelv2.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "objects/surface.h"
 
 #include "platform/log_record.h"

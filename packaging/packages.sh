@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Debian packages that building, running and testing need. Sourced by run.sh and test.sh.
 # shellcheck shell=bash disable=SC2034 # the lists are used by those
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/device_identity.h"
 
 #include "platform/box_paths.h"

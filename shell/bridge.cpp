@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The bridge into the pages: publishes the box's objects under their JavaScript names whenever a
  * page clears its window object, and injects the scripts that complete the interface.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The wiring table: who asks whom. Each line is one edge; requests run within the call, events of
  * the receiver arrive queued from its reader thread.

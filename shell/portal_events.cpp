@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Events on their way into the portal: each changes the state kept here and, for most, is told to
  * the portal by a statement.

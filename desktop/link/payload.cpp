@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/link/payload.h"
 
 #include "enigma2/struct_codec.h"

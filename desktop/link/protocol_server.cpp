@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/link/protocol_server.h"
 
 #include "desktop/link/event_text.h"

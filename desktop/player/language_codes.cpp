@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/player/language_codes.h"
 
 #include <QLatin1String>

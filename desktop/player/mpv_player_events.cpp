@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/player/mpv_player.h"
 
 #include "desktop/player/mpv_units.h"

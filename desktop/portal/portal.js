@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Starts the portal: scale, clock, mouse, settings, the first page, and what plays at once. */
 (function () {
     'use strict';

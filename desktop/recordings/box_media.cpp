@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/box_media.h"
 
 #include "platform/box_paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/recording_requests.h"
 
 #include "desktop/link/payload.h"

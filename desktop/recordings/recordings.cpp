@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/recordings.h"
 
 QJsonObject recordingJson(const RecordingTask &task)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/screen/screen.h"
 
 #include "desktop/player/mpv_player.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/screen/video_plane.h"
 
 #include <QEvent>

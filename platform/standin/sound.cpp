@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Stand-in for the box's sound output where its SDK is absent: keeps gain and mute in memory.
  * Like a real device it refuses what comes out of turn: opening before the start, and everything

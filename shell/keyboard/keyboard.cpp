@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The on-screen keyboard: its view, its keys on their way into the portal, and where the portal's
  * focused field is.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "shell/keyboard/keyboard_statement.h"
 
 QString keyboardStatement(QString key, const QString &id)

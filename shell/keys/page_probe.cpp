@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "shell/keys/page_probe.h"
 
 #include <QWebFrame>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The remote control's keys on their way to the page: the filter asks the decisions beside it and
  * acts on them.

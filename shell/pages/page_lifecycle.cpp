@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Pages: loading, their URLs and failures, the favourites view, and quitting to the idle state.
  */

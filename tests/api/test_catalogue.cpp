@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "api/vesprelv2.h"
 #include "platform/box_paths.h"
 #include "tests/support/log_capture.h"

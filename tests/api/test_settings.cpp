@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "api/environment_settings.h"
 #include "api/parameter_query.h"
 #include "api/settings_file.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "app/log_sink.h"
 #include "app/startup.h"
 #include "platform/box_paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console_command.h"
 #include "desktop/recordings/memory_recordings.h"
 #include "desktop/link/protocol_server.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "enigma2/enigma2.h"
 #include "enigma2/private_settings_name.h"
 #include "tests/support/log_capture.h"

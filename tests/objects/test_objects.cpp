@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "api/vesprelv2.h"
 #include "objects/player.h"
 #include "objects/player_manager.h"

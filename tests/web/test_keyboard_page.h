@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * What drives the on-screen keyboard page in its test: the page in a real view, stand-ins for the
  * objects that the program publishes to it, and the viewer's hands.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * The box behind the page. Every call is guarded, so that the page also opens in a plain browser,
  * where there is no box: questions are then answered with nothing and requests go nowhere.

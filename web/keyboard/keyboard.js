@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * The keyboard itself: its state, and what the viewer's keys do to it.
  *

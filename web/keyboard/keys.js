@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * The keys of one page of the keyboard: what each shows, sends and does, and where it lies.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * How the focus walks over the keys. Pure: positions in, position out.
  *

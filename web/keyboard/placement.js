@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * Where the keyboard goes. Pure: screen and field in, rectangle out, all in pixels.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /**
  * The keyboard as the viewer sees it: the panel, its keys, and the highlight on the focused key.
  *

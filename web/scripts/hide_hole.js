@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Shows the plain TV background again, so that the video is covered.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Lets the video show through the portal's TV background: once the TV layer exists, its background
  * is redrawn on two canvases, one with a hole where the preview window is and one without, which

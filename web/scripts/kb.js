@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * What the on-screen keyboard needs in the portal: where the focused field is, and entering keys
  * into it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Completes the player interface that portals expect: the methods of stbPlayer, the manager's
  * list, and a download manager that declines everything.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Shows the TV background with the hole, so that the video is seen.
  */

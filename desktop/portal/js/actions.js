@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* What colour keys, media keys and the mouse can start, by name. */
 var Actions = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The box's objects, each call guarded: in an ordinary browser they are absent. */
 var Box = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* All titles that search knows: those of the menu and older ones, which share the same few clips. */
 var Catalogue = Entries.concat([
     {title: 'Evening news', note: 'live, without a length', uri: '/media/demo/channel.ts?duration=0', start: 0},

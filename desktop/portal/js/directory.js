@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Folders of the box and what is in them. */
 var Directory = (function () {
     'use strict';

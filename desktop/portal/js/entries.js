@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * What can be played. uri is a path of the box, an address, or a name relative to this page; start
  * is where playback begins, in seconds.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The panel with the events that reached the page, newest first. */
 var EventLog = (function () {
     'use strict';

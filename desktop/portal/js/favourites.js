@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The favourite entry, which a page of its own chooses. */
 var Favourites = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Lists whose items are chosen with the arrow keys or the mouse. One list has the focus at a time;
  * its chosen item carries the class "focused". The chosen item of every list carries "chosen".

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * A column of form rows. A row is {kind, name, label, ...} with kind
  * 'choice': options, a list of {value, label}; left and right step through them,

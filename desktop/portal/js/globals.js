@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The globals that the box's own scripts use: it reads stb and module before it translates the
  * channel keys, changes key and stb.profile, and reports events through stbEvent and _debug.

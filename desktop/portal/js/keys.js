@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Keys of the remote control. Colour keys arrive as Ctrl+F1 to Ctrl+F4 and the media keys as
  * letters with Alt; an ordinary browser sends the plain function keys.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The page switcher. A page is an object with any of: element, open(previous), close(), key(code)
  * and back(); the last two return true when they used the key. Sub-pages lie over the main menu, which stays

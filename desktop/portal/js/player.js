@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Playback through either of the box's two interfaces. Times are in seconds. */
 var Player = (function () {
     'use strict';

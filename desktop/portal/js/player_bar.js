@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Title, state, times and progress of what plays, wherever the page shows them. */
 var PlayerBar = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The box's recording tasks. Times go to the receiver as seconds since 1970, in text. */
 var RecordingTasks = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* What the rows of lists are made of. */
 var Rows = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The portal's settings as the box keeps them, one small file for each portal. Only texts are
  * kept, and a blank in one of them makes the whole file unreadable for the next reader.

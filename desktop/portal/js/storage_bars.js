@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The box's storage as bars, one for each volume. */
 var StorageBars = (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * Typing into one input element at a time. On the box it opens the on-screen keyboard, which then
  * gets all keys. Its Enter key closes it through gSTB, which can be asked; its own close key tells

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Volume 0 to 100 and mute, with a panel that shows them for a moment. */
 var Volume = (function () {
     'use strict';

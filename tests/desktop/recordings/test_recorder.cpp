@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/box_media.h"
 #include "desktop/recordings/ffmpeg_recordings.h"
 #include "desktop/recordings/recording_time.h"

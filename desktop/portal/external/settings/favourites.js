@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The page that chooses the favourite entry. The focus is the document's own, since the box looks
  * for the focused element when OK is pressed.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* What the box tells of itself, and how full its storage is. */
 (function () {
     'use strict';

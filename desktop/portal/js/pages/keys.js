@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The sub-page that lists what the keys of the remote control do. */
 (function () {
     'use strict';

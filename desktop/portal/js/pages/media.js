@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The media browser: folders of the box from a start folder on, which ?media= can name. */
 (function () {
     'use strict';

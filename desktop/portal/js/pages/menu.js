@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The main menu: the entries, the tiles of the other pages, the preview and a row of buttons. */
 (function () {
     'use strict';

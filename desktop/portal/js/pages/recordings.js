@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Recordings: a form for a new one, the list of all, and what can be done with the chosen one. */
 (function () {
     'use strict';

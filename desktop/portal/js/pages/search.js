@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* Search: a field that filters the catalogue while its text is typed. */
 (function () {
     'use strict';

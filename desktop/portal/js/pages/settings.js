@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The settings form, and beside it what the box made of it. */
 (function () {
     'use strict';

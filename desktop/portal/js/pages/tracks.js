@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The sub-page with the audio and subtitle tracks of what plays. */
 (function () {
     'use strict';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /*
  * The full-screen video: nothing but the transparent page, and the player bar when it is asked.
  * Leaving it opens the page that it was opened from.
