@@ -2,6 +2,7 @@
 #include "app/startup.h"
 
 #include "app/log_sink.h"
+#include "app/watchdog.h"
 #include "platform/box_paths.h"
 #include "shell/window.h"
 
@@ -37,6 +38,7 @@ int runVesprel(int &argc, char **argv)
 {
     switchLogOn();
     setEnvironment();
+    const WatchdogOptions watchdogOptions = WatchdogOptions::takeFromEnvironment();
     const QString home = BoxPaths::applicationHome();
     qputenv("APP_HOME", QFile::encodeName(home));
     const QDir homeDirectory(home);
@@ -44,6 +46,7 @@ int runVesprel(int &argc, char **argv)
         homeDirectory.mkpath(home);
 
     QApplication application(argc, argv);
+    const Watchdog watchdog(watchdogOptions);
     Window window;
     const QString portal = qEnvironmentVariable("Q_VESPREL_PORTAL");
     QApplication::setOverrideCursor(Qt::BlankCursor);
