@@ -12,7 +12,9 @@
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
 #include "platform/log_record.h"
+#include "shell/keyboard/keyboard_pane.h"
 #include "shell/pages/injected_script.h"
+#include "shell/pages/page_stack.h"
 #include "shell/window.h"
 
 #include <QWebFrame>
@@ -20,7 +22,7 @@
 
 void Window::SetupJSObject()
 {
-    QWebView *view = currentView();
+    QWebView *view = m_pages->currentView();
     if (!view)
         return;
     QWebFrame *frame = view->page()->mainFrame();
@@ -39,7 +41,7 @@ void Window::SetupJSObject()
 
 void Window::SetupKeyboardJSObject()
 {
-    QWebFrame *frame = m_keyboardView->page()->mainFrame();
+    QWebFrame *frame = m_keyboard->frame();
     frame->addToJavaScriptWindowObject("gSTB", m_gSTB);
     frame->addToJavaScriptWindowObject("timeShift", m_timeShift);
     frame->addToJavaScriptWindowObject("stbStorage", m_storage);
@@ -60,7 +62,7 @@ void Window::PrependKeyboard() { injectScript("kb.js"); }
 void Window::injectScript(const char *name)
 {
     if (const auto script = injectedScript(name))
-        evaluate(*script);
+        m_pages->evaluate(*script);
     else
         logRecord(qPrintable(QString("failed open %1").arg(name)));
 }

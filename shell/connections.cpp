@@ -8,6 +8,7 @@
 #include "objects/pvr_manager.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
+#include "shell/keys/key_filter.h"
 #include "shell/window.h"
 
 void Window::connectReceiverEvents()
@@ -76,5 +77,17 @@ void Window::connectWindowObjects()
     connect(m_webWindow,     &stbWebWindow::SetKeyboardPos, this, &Window::VirtualKeyboardSetPos);
     connect(m_webWindow,     &stbWebWindow::VKeyboardHide,  this, &Window::VirtualKeyboardClose);
     connect(m_webWindow,     &stbWebWindow::sClose,         this, &Window::OnWebWindowClose);
+    // clang-format on
+}
+
+void Window::connectKeys()
+{
+    // clang-format off
+    connect(m_keys, &KeyFilter::applicationRequested,     m_enigma2, &Enigma2::RunApp);
+    connect(m_keys, &KeyFilter::standbyRequested,         m_enigma2, &Enigma2::Standby);
+    // This request, and no other, takes the receiver back to the previous site.
+    connect(m_keys, &KeyFilter::returnRequested,          m_enigma2, &Enigma2::Reboot);
+    connect(m_keys, &KeyFilter::quitRequested,            this,      &Window::pwr);
+    connect(m_keys, &KeyFilter::favouritesCloseRequested, this,      &Window::WinCloseWebFavorites);
     // clang-format on
 }

@@ -6,41 +6,32 @@
 #include "api/vesprelv2.h"
 #include "objects/pvr_manager.h"
 #include "platform/log_record.h"
-#include "shell/pages/event_statement.h"
 #include "shell/keys/posted_key.h"
+#include "shell/pages/page_stack.h"
+#include "shell/pages/page_statement.h"
 #include "shell/window.h"
 
 #include <QWebView>
 
-void Window::OnNewPortal(const QString &url)
-{
-    m_browserIdle = false;
-    showMaximized();
-    setUrl(QUrl(url, QUrl::TolerantMode));
-}
-
 void Window::OnPortalLoaded()
 {
     logRecord("OnPortalLoaded");
-    QWebView *view = currentView();
-    if (!view)
-        return;
-    m_portalUrl = view->url();
-    evaluate(EventStatement::portalLoaded);
+    m_pages->markPortal();
+    m_pages->evaluate(PageStatement::portalLoaded);
 }
 
-void Window::OnFirstPlay() { evaluate(EventStatement::firstPlay); }
+void Window::OnFirstPlay() { m_pages->evaluate(PageStatement::firstPlay); }
 
 void Window::OnPlayStart()
 {
     m_gSTB->OnPlayStarted();
-    evaluate(EventStatement::playStarted);
+    m_pages->evaluate(PageStatement::playStarted);
 }
 
 void Window::OnPlayEnd()
 {
     m_gSTB->OnPlayEnded();
-    evaluate(EventStatement::playEnded);
+    m_pages->evaluate(PageStatement::playEnded);
 }
 
 void Window::OnPlayProgressive() { logRecord("Media Progressive"); }
@@ -50,13 +41,13 @@ void Window::OnPlayTStatus(int total, int pos) { m_gSTB->setMediaProgress(total,
 void Window::OnAudioPids(const QString &list)
 {
     m_gSTB->OnAudioPids(list);
-    evaluate(EventStatement::audioTracksChanged);
+    m_pages->evaluate(PageStatement::audioTracksChanged);
 }
 
 void Window::OnSubPids(const QString &list)
 {
     m_gSTB->OnSubPids(list);
-    evaluate(EventStatement::subtitleTracksChanged);
+    m_pages->evaluate(PageStatement::subtitleTracksChanged);
 }
 
 void Window::OnAudioPid(int pid) { m_gSTB->OnAudioPid(pid); }
@@ -65,51 +56,54 @@ void Window::OnSubPid(int pid) { m_gSTB->OnSubPid(pid); }
 
 void Window::OnUsbMounted()
 {
-    if (QWebView *view = currentView())
-        postKey(view, Qt::Key_P, Qt::AltModifier);
-    evaluate(EventStatement::usbMounted);
+    postEventKey(Qt::Key_P, Qt::AltModifier);
+    m_pages->evaluate(PageStatement::usbMounted);
 }
 
 void Window::OnUsbUmounted()
 {
-    if (QWebView *view = currentView())
-        postKey(view, Qt::Key_Q, Qt::AltModifier);
-    evaluate(EventStatement::usbUnmounted);
+    postEventKey(Qt::Key_Q, Qt::AltModifier);
+    m_pages->evaluate(PageStatement::usbUnmounted);
 }
 
 void Window::OnPvrRecStarted(int rec_id)
 {
-    raiseRecordingEvent(EventStatement::Recording::Started, rec_id);
+    raiseRecordingEvent(PageStatement::Recording::Started, rec_id);
 }
 
 void Window::OnPvrRecFinished(int rec_id)
 {
-    raiseRecordingEvent(EventStatement::Recording::Finished, rec_id);
+    raiseRecordingEvent(PageStatement::Recording::Finished, rec_id);
 }
 
 void Window::OnPvrRecError(int rec_id)
 {
-    raiseRecordingEvent(EventStatement::Recording::Error, rec_id);
+    raiseRecordingEvent(PageStatement::Recording::Error, rec_id);
 }
 
-void Window::raiseRecordingEvent(EventStatement::Recording code, int id)
+void Window::raiseRecordingEvent(PageStatement::Recording code, int id)
 {
-    if (!currentView())
+    if (!m_pages->currentView())
         return;
-    m_pvrManager->setEventParams(EventStatement::recordingParameters(id));
-    evaluate(EventStatement::recording(code));
+    m_pvrManager->setEventParams(PageStatement::recordingParameters(id));
+    m_pages->evaluate(PageStatement::recording(code));
 }
 
 void Window::OnPowerOff()
 {
     logRecord("OnPowerOff", "(): ");
-    m_powerOffState = true;
-    if (QWebView *view = currentView())
-        postKey(view, Qt::Key_F11, Qt::ControlModifier);
+    m_browser.setPoweredOff(true);
+    postEventKey(Qt::Key_F11, Qt::ControlModifier);
 }
 
 void Window::OnPowerOn()
 {
     logRecord("OnPowerOn", "(): ");
-    m_powerOffState = false;
+    m_browser.setPoweredOff(false);
+}
+
+void Window::postEventKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    if (QWebView *view = m_pages->currentView())
+        postKey(view, key, modifiers);
 }

@@ -15,48 +15,37 @@
 #include "objects/window_manager.h"
 #include "platform/box_paths.h"
 #include "platform/log_record.h"
-#include "shell/pages/network_access.h"
+#include "shell/keyboard/keyboard_pane.h"
+#include "shell/keys/key_filter.h"
+#include "shell/pages/network.h"
+#include "shell/pages/page_stack.h"
+#include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QNetworkDiskCache>
 #include <QScreen>
-#include <QStackedWidget>
 #include <QStandardPaths>
 #include <QWebFrame>
-#include <QWebSettings>
 #include <QWebView>
-
-namespace {
-
-const char transparent[] = "background: transparent;";
-
-void enable(QWebSettings *settings, std::initializer_list<QWebSettings::WebAttribute> attributes)
-{
-    for (const QWebSettings::WebAttribute attribute : attributes)
-        settings->setAttribute(attribute, true);
-}
-
-} // namespace
 
 Window::Window(QWidget *parent)
     : QMainWindow(parent)
 {
-    applyEnvironment();
+    if (qEnvironmentVariableIsSet("Q_USER_AGENT"))
+        setUserAgentOverride(qEnvironmentVariable("Q_USER_AGENT"));
     enable(QWebSettings::globalSettings(),
            {QWebSettings::PluginsEnabled, QWebSettings::AcceleratedCompositingEnabled,
             QWebSettings::WebGLEnabled});
 
-    m_screenSize = QGuiApplication::primaryScreen()->availableGeometry().size();
-    resize(m_screenSize);
+    resize(QGuiApplication::primaryScreen()->availableGeometry().size());
     setAttribute(Qt::WA_TranslucentBackground);
-    setStyleSheet(transparent);
+    setStyleSheet(transparentStyle);
 
     buildMdiArea();
-    buildKeyboardView();
-    buildStack();
+    buildPages();
     connect(this, &Window::pwr, this, &Window::QuitApp);
 
     m_enigma2 = new Enigma2(this);
@@ -75,8 +64,13 @@ Window::Window(QWidget *parent)
     m_surface = new stbSurface(this);
     connectWindowObjects();
 
-    buildPortalView();
-    m_browserIdle = true;
+    m_keys = new KeyFilter(*m_pages, *m_keyboard, m_browser, *m_gSTB, this);
+    connectKeys();
+    m_pages->addPortal();
+    connect(&sharedNetworkAccess, &NAM::finished, this, &Window::NetworkReplyError);
+    connect(&sharedNetworkAccess, &NAM::networkAccessibleChanged, this,
+            &Window::NetworkAccessibleChanged);
+    setUpDiskCache();
 }
 
 Window::~Window()
@@ -86,7 +80,7 @@ Window::~Window()
     // the link, which ends its reader thread.
     // From here on there is no current view, and what a page still says in its unload handler
     // reaches the receiver but none of the views that are going.
-    m_stack = nullptr;
+    m_pages->release();
     m_gSTB->disconnect(this);
     m_windowManager->disconnect(this);
     m_webWindow->disconnect(this);
@@ -101,62 +95,23 @@ Window::~Window()
     sharedNetworkAccess.setCache(nullptr);
 }
 
-void Window::applyEnvironment()
-{
-    m_mainAppMode = qgetenv("Q_MAIN_APP_MODE") == "true";
-    if (qEnvironmentVariableIsSet("Q_USER_AGENT"))
-        setUserAgentOverride(qEnvironmentVariable("Q_USER_AGENT"));
-}
-
 void Window::buildMdiArea()
 {
     m_mdiArea = new QMdiArea(this);
     m_mdiArea->setBackground(QBrush(Qt::transparent));
-    m_mdiArea->resize(m_screenSize);
+    m_mdiArea->resize(size());
     setCentralWidget(m_mdiArea);
 }
 
-void Window::buildKeyboardView()
+void Window::buildPages()
 {
-    m_keyboardView = createView();
-    m_keyboardView->setFocusPolicy(Qt::NoFocus);
-    enable(m_keyboardView->settings(),
-           {QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
-            QWebSettings::DeveloperExtrasEnabled});
-    QWebFrame *frame = m_keyboardView->page()->mainFrame();
-    frame->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
-    frame->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
+    m_keyboard = new KeyboardPane(m_mdiArea, this);
+    QWebFrame *frame = m_keyboard->frame();
     connect(frame, &QWebFrame::javaScriptWindowObjectCleared, this, &Window::SetupKeyboardJSObject);
     connect(frame, &QWebFrame::loadFinished, this, &Window::finishKeyboardLoading);
 
-    m_keyboardSubWindow =
-        m_mdiArea->addSubWindow(m_keyboardView, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    m_keyboardSubWindow->setFocusPolicy(Qt::NoFocus);
-    m_keyboardSubWindow->hide();
-}
-
-void Window::buildStack()
-{
-    m_stack = new QStackedWidget(this);
-    m_stackSubWindow = m_mdiArea->addSubWindow(m_stack, Qt::FramelessWindowHint);
-    m_stackSubWindow->resize(m_screenSize);
-    m_stackSubWindow->show();
-}
-
-void Window::buildPortalView()
-{
-    QWebView *view = createView();
-    view->setPage(new QWebPagePriv(view));
-    view->installEventFilter(this);
-    enable(view->settings(), {QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
-                              QWebSettings::DeveloperExtrasEnabled});
-    view->page()->setNetworkAccessManager(&sharedNetworkAccess);
-    watchView(view);
-    connect(&sharedNetworkAccess, &NAM::finished, this, &Window::NetworkReplyError);
-    connect(&sharedNetworkAccess, &NAM::networkAccessibleChanged, this,
-            &Window::NetworkAccessibleChanged);
-    setUpDiskCache();
-    m_stack->addWidget(view);
+    m_pages = new PageStack(m_mdiArea, size(), this);
+    connect(m_pages, &PageStack::viewAdded, this, &Window::watchView);
 }
 
 void Window::setUpDiskCache()
@@ -178,17 +133,9 @@ void Window::setUpDiskCache()
     cache->setParent(this);
 }
 
-QWebView *Window::createView()
-{
-    auto *view = new QWebView(this);
-    view->setAttribute(Qt::WA_TranslucentBackground);
-    view->setWindowFlag(Qt::FramelessWindowHint);
-    view->setStyleSheet(transparent);
-    return view;
-}
-
 void Window::watchView(QWebView *view)
 {
+    view->installEventFilter(this);
     connect(view, &QWebView::loadProgress, this, &Window::setProgress);
     connect(view, &QWebView::loadFinished, this, &Window::finishLoading);
     connect(view, &QWebView::urlChanged, this, &Window::Urlchanged);
@@ -196,13 +143,11 @@ void Window::watchView(QWebView *view)
             &Window::SetupJSObject);
 }
 
-QWebView *Window::currentView() const
+bool Window::eventFilter(QObject *watched, QEvent *event)
 {
-    return m_stack ? qobject_cast<QWebView *>(m_stack->currentWidget()) : nullptr;
-}
-
-void Window::evaluate(const QString &statement)
-{
-    if (QWebView *view = currentView())
-        view->page()->mainFrame()->evaluateJavaScript(statement);
+    QWebView *view = m_pages->currentView();
+    if (event->type() == QEvent::KeyPress && view && watched == view &&
+        m_keys->filter(*view, *static_cast<QKeyEvent *>(event)))
+        return true;
+    return QMainWindow::eventFilter(watched, event);
 }

@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "shell/pages/page_mode.h"
+#include "shell/browser_state.h"
 
 #include <QMainWindow>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QSize>
-#include <QUrl>
 
 class Enigma2;
+class KeyFilter;
+class KeyboardPane;
+class PageStack;
 class PvrManager;
-class QKeyEvent;
 class QMdiArea;
-class QMdiSubWindow;
-class QStackedWidget;
 class QWebView;
 class VesprelV2;
 class stbPlayerManager;
@@ -23,17 +21,17 @@ class stbSurface;
 class stbTimeShift;
 class stbWebWindow;
 class stbWindowMgr;
-struct KeyRow;
 
-namespace EventStatement {
+namespace PageStatement {
 enum class Recording;
 }
 
 /**
- * The one top-level widget and the only place where the parts meet. It owns the views, the objects
- * that pages see and the receiver link, wires them (connections.cpp), translates the remote's keys
- * (remote_keys.cpp), publishes the objects and scripts to every page (bridge.cpp), and brings the
- * receiver's events into the portal (portal_events.cpp). GUI thread.
+ * The one top-level widget and the only place where the parts meet. It owns the pages, the
+ * keyboard, the objects that pages see and the receiver link, wires them (connections.cpp),
+ * publishes the objects and scripts to every page (bridge.cpp), and brings the receiver's events
+ * into the portal (portal_events.cpp). It keeps no state of its own: its slots are what others
+ * connect to, and ask whoever owns it. GUI thread.
  */
 class Window : public QMainWindow
 {
@@ -43,7 +41,8 @@ public:
     /** Builds everything in its order and connects to the receiver. */
     explicit Window(QWidget *parent = nullptr);
 
-    /** Takes everything down in the opposite order. */
+    /** Takes everything down, whoever uses another before that; see the destructor for the order.
+     */
     ~Window() override;
 
     /** Loads a URL in the current view and tells child processes of it by "portal1". */
@@ -101,34 +100,19 @@ private slots:
     void QuitApp();
 
 private:
-    void applyEnvironment();
     void buildMdiArea();
-    void buildKeyboardView();
-    void buildStack();
-    void buildPortalView();
+    void buildPages();
     void setUpDiskCache();
-    QWebView *createView();
     void watchView(QWebView *view);
 
     void connectReceiverEvents();
     void connectPortalRequests();
     void connectWindowObjects();
+    void connectKeys();
 
-    QWebView *currentView() const;
-
-    /** Evaluates a statement in the current view's main frame; nothing without a view. */
-    void evaluate(const QString &statement);
     void injectScript(const char *name);
-    void raiseRecordingEvent(EventStatement::Recording code, int id);
-
-    // Each of these says whether the key is consumed.
-    bool filterKey(QWebView &view, const QKeyEvent &event);
-    bool translateKey(QWebView &view, const QKeyEvent &event, const KeyRow &row);
-    bool postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row);
-    bool isChannelKey(QWebView &view);
-    bool pressOk(QWebView &view, const QKeyEvent &event);
-    bool goBack(QWebView &view, const QKeyEvent &event);
-    bool quitLogged(const char *record);
+    void postEventKey(int key, Qt::KeyboardModifiers modifiers);
+    void raiseRecordingEvent(PageStatement::Recording code, int id);
 
     VesprelV2 *m_gSTB = nullptr;
     stbPlayerManager *m_playerManager = nullptr;
@@ -139,19 +123,9 @@ private:
     stbStorage *m_storage = nullptr;
     stbWebWindow *m_webWindow = nullptr;
     stbSurface *m_surface = nullptr;
-    QStackedWidget *m_stack = nullptr;
     QMdiArea *m_mdiArea = nullptr;
-    QWebView *m_keyboardView = nullptr;
-    QMdiSubWindow *m_keyboardSubWindow = nullptr;
-    QMdiSubWindow *m_stackSubWindow = nullptr;
-    PageMode m_pageMode = PageMode::Portal;
-    bool m_browserIdle = false;
-    bool m_webFavoritesOpen = false;
-    bool m_keyboardShown = false;
-    bool m_comboboxJustClosed = false;
-    QUrl m_portalUrl;
-    QUrl m_currentUrl;
-    bool m_powerOffState = false;
-    bool m_mainAppMode = false;
-    QSize m_screenSize;
+    KeyboardPane *m_keyboard = nullptr;
+    PageStack *m_pages = nullptr;
+    KeyFilter *m_keys = nullptr;
+    BrowserState m_browser;
 };

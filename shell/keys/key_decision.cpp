@@ -16,60 +16,44 @@ KeyRoute routeKey(int key, const KeyState &state)
     return state.keyboardShown ? KeyRoute::ToKeyboard : KeyRoute::Translated;
 }
 
-int keyForKeyboard(int key) { return key == Qt::Key_F5 ? int(Qt::Key_Backspace) : key; }
-
 bool takesChannelKeys(const QString &place, bool tvMenuVisible, int timeshiftState)
 {
     return place == "tv" && !tvMenuVisible && timeshiftState == 0;
 }
 
-bool isLauncher(const QString &url)
-{
-    return url.contains("vesprel_launcher_apps/magcore-core-ministra");
-}
-
-bool needsLauncherFrames(const BackSituation &situation)
-{
-    return situation.pageMode == PageMode::Portal && situation.launcher && !situation.mainAppMode;
-}
-
-bool needsPortalParts(const BackSituation &situation)
-{
-    return situation.pageMode == PageMode::Portal && !situation.launcher;
-}
-
 namespace {
 
-BackDecision fallThrough(const BackSituation &situation)
+BackDecision decideInLauncher(const BackSituation &situation, const BackQuestions &page)
 {
-    return situation.escape && situation.launcher ? BackDecision::PostBackspace
-                                                  : BackDecision::Pass;
+    if (!situation.mainAppMode && page.launcherFrameShown())
+        return BackDecision::QuitByLauncher;
+    return situation.escape ? BackDecision::PostBackspace : BackDecision::Pass;
 }
 
-BackDecision decideInPortal(const BackSituation &situation)
+BackDecision decideInPortal(const BackSituation &situation, const BackQuestions &page)
 {
-    const PortalParts &parts = situation.parts;
+    const PortalParts parts = page.portalParts();
     if (parts.mainMenu) {
         const bool nothingElse = !situation.mainAppMode && !parts.mainMenuSibling;
-        return nothingElse ? BackDecision::QuitByMainMenu : fallThrough(situation);
+        return nothingElse ? BackDecision::QuitByMainMenu : BackDecision::Pass;
     }
     if (parts.cutOff || parts.loader)
         return BackDecision::QuitBySpecialMenu;
     if (situation.url == situation.portalUrl)
-        return fallThrough(situation);
+        return BackDecision::Pass;
     return situation.portalUrl.isEmpty() ? BackDecision::QuitInvalidPage
                                          : BackDecision::LeaveForeignPage;
 }
 
 } // namespace
 
-BackDecision decideBack(const BackSituation &situation)
+BackDecision decideBack(const BackSituation &situation, const BackQuestions &page)
 {
-    if (situation.pageMode == PageMode::Application)
-        return BackDecision::LeaveApplication;
-    if (needsPortalParts(situation))
-        return decideInPortal(situation);
-    if (needsLauncherFrames(situation) && situation.launcherFrameShown)
-        return BackDecision::QuitByLauncher;
-    return situation.pageMode == PageMode::Portal ? fallThrough(situation) : BackDecision::Pass;
+    switch (situation.pageMode) {
+    case PageMode::Application: return BackDecision::LeaveApplication;
+    case PageMode::Settings: return BackDecision::Pass;
+    case PageMode::Portal: break;
+    }
+    return isLauncher(situation.url.toString()) ? decideInLauncher(situation, page)
+                                                : decideInPortal(situation, page);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "shell/pages/page_mode.h"
+#include "shell/pages/page_kind.h"
 
 #include <QUrl>
 
@@ -9,7 +9,7 @@
  * What the key filter decides, without a window: the state comes in, the decision goes out.
  */
 
-/** What the window knows when a key comes. */
+/** What is known when a key comes. */
 struct KeyState
 {
     bool comboboxJustClosed = false;
@@ -27,17 +27,11 @@ enum class KeyRoute {
     Translated,
 };
 
-/** Where a key goes, given its code and what the window knows. */
+/** Where a key goes, given its code and what is known. */
 KeyRoute routeKey(int key, const KeyState &state);
-
-/** The key as the on-screen keyboard's page wants it. */
-int keyForKeyboard(int key);
 
 /** Whether channel keys are the portal's, given what it last told of itself. */
 bool takesChannelKeys(const QString &place, bool tvMenuVisible, int timeshiftState);
-
-/** Whether a page is the launcher, which manages applications in frames of its own. */
-bool isLauncher(const QString &url);
 
 /** Which of the portal's parts that decide on the back key are shown. */
 struct PortalParts
@@ -48,15 +42,26 @@ struct PortalParts
     bool loader = false;
 };
 
-/** Everything that decides on a back key; parts and frames only where the page was asked. */
+/** What the decision on a back key asks the page: each question at most once, and only if the
+ * answer counts. */
+class BackQuestions
+{
+public:
+    virtual ~BackQuestions() = default;
+
+    /** Whether one of the launcher's visible frames is the one that starts applications. */
+    virtual bool launcherFrameShown() const = 0;
+
+    /** Which of the portal's parts are shown. */
+    virtual PortalParts portalParts() const = 0;
+};
+
+/** What is known of a back key without asking the page. */
 struct BackSituation
 {
     PageMode pageMode = PageMode::Portal;
     bool escape = false; ///< the key is Escape, not Backspace
-    bool launcher = false;
     bool mainAppMode = false;
-    bool launcherFrameShown = false;
-    PortalParts parts;
     QUrl url;
     QUrl portalUrl;
 };
@@ -73,11 +78,5 @@ enum class BackDecision {
     Pass,
 };
 
-/** Whether the decision needs to know if the launcher's frames start an application. */
-bool needsLauncherFrames(const BackSituation &situation);
-
-/** Whether the decision needs to know which parts of the portal are shown. */
-bool needsPortalParts(const BackSituation &situation);
-
-/** Decides on a back key; what the page was not asked for counts as not shown. */
-BackDecision decideBack(const BackSituation &situation);
+/** Decides on a back key. */
+BackDecision decideBack(const BackSituation &situation, const BackQuestions &page);

@@ -2,16 +2,7 @@
 #include "shell/keys/page_probe.h"
 
 #include <QWebFrame>
-
-// Portals have always been asked with exactly this text, blanks included.
-const char portalStateScript[] =
-    "if(typeof(stb.player.active_time_shift) !== 'undefined' && stb.player.active_time_shift){"
-    "gSTB.SetTimeshiftState(1);}else{gSTB.SetTimeshiftState(0);}"
-    "                                            "
-    "if(typeof(stb.cur_place) === 'string'){gSTB.SetCurrPlace(stb.cur_place);}"
-    "                                            "
-    "if(typeof(module.tv.dom_obj) !== 'undefined'){"
-    "gSTB.SetTVMenuState(module.tv.dom_obj.isHidden());}";
+#include <QWebPage>
 
 namespace {
 
@@ -63,17 +54,22 @@ bool hasDisplayedSibling(const QWebElement &element)
 
 } // namespace
 
-QWebElement focusedElement(const QWebFrame &frame)
+PageProbe::PageProbe(const QWebPage &page)
+    : m_page(page)
 {
-    QWebElement element = frame.documentElement();
+}
+
+QWebElement PageProbe::focusedElement() const
+{
+    QWebElement element = m_page.currentFrame()->documentElement();
     while (!element.isNull() && !element.hasFocus())
         element = following(element);
     return element;
 }
 
-bool launcherFrameShown(const QWebFrame &mainFrame)
+bool PageProbe::launcherFrameShown() const
 {
-    QWebElement frame = firstVisible(mainFrame.findFirstElement("iframe"));
+    QWebElement frame = firstVisible(m_page.mainFrame()->findFirstElement("iframe"));
     while (!frame.isNull()) {
         if (frame.attribute("src").contains("magcore-app-launcher"))
             return true;
@@ -82,8 +78,9 @@ bool launcherFrameShown(const QWebFrame &mainFrame)
     return false;
 }
 
-PortalParts portalParts(const QWebFrame &frame)
+PortalParts PageProbe::portalParts() const
 {
+    const QWebFrame &frame = *m_page.currentFrame();
     PortalParts parts;
     const QWebElement mainMenu = findPart(frame, "main_menu");
     parts.mainMenu = isDisplayed(mainMenu);

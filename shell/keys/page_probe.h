@@ -5,20 +5,23 @@
 
 #include <QWebElement>
 
-class QWebFrame;
+class QWebPage;
 
-/*
- * Questions of the key filter to the page. A missing element counts as not shown. GUI thread.
+/**
+ * Puts the key filter's questions to a page, which must live as long. A missing element counts as
+ * not shown. GUI thread.
  */
+class PageProbe : public BackQuestions
+{
+public:
+    explicit PageProbe(const QWebPage &page);
 
-/** Evaluated before a channel key: the portal tells gSTB its place, menu and time shift. */
-extern const char portalStateScript[];
+    /** The current frame's element that has the focus, found depth first; null if none has it. */
+    QWebElement focusedElement() const;
 
-/** The element that has the focus, found depth first; a null element if none has it. */
-QWebElement focusedElement(const QWebFrame &frame);
+    bool launcherFrameShown() const override;
+    PortalParts portalParts() const override;
 
-/** Whether one of the launcher's visible frames is the one that starts applications. */
-bool launcherFrameShown(const QWebFrame &mainFrame);
-
-/** Which of the portal's parts are shown. */
-PortalParts portalParts(const QWebFrame &frame);
+private:
+    const QWebPage &m_page;
+};

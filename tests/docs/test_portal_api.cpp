@@ -7,7 +7,7 @@
 #include "objects/time_shift.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
-#include "shell/pages/event_statement.h"
+#include "shell/pages/page_statement.h"
 #include "shell/pages/injected_script.h"
 
 #include <QFile>
@@ -223,14 +223,14 @@ private slots:
     void statements()
     {
         QStringList raised = {
-            EventStatement::playStarted,        EventStatement::playEnded,
-            EventStatement::audioTracksChanged, EventStatement::subtitleTracksChanged,
-            EventStatement::usbMounted,         EventStatement::usbUnmounted,
-            EventStatement::firstPlay,          EventStatement::portalLoaded};
+            PageStatement::playStarted,        PageStatement::playEnded,
+            PageStatement::audioTracksChanged, PageStatement::subtitleTracksChanged,
+            PageStatement::usbMounted,         PageStatement::usbUnmounted,
+            PageStatement::firstPlay,          PageStatement::portalLoaded};
         for (const auto code :
-             {EventStatement::Recording::Finished, EventStatement::Recording::Error,
-              EventStatement::Recording::Started})
-            raised.append(EventStatement::recording(code));
+             {PageStatement::Recording::Finished, PageStatement::Recording::Error,
+              PageStatement::Recording::Started})
+            raised.append(PageStatement::recording(code));
         const QStringList documented = select("Code", [](const Row &row) { return row.cell(1); });
         const QString text = disagreement(documented, raised);
         QVERIFY2(text.isEmpty(), qPrintable(text));

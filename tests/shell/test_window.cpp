@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/box_paths.h"
-#include "shell/pages/network_access.h"
-#include "shell/pages/network_failure.h"
-#include "shell/pages/page_mode.h"
+#include "shell/pages/network.h"
+#include "shell/pages/page_kind.h"
 #include "tests/support/http_server.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"

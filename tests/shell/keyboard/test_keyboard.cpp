@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "objects/web_window.h"
 #include "platform/box_paths.h"
-#include "shell/keyboard/keyboard_statement.h"
+#include "shell/pages/page_statement.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
@@ -236,7 +236,7 @@ private slots:
         QFETCH(QString, key);
         QFETCH(QString, id);
         QFETCH(QString, value);
-        QTEST(keyboardStatement(key, id), "statement");
+        QTEST(PageStatement::keyboardPress(key, id), "statement");
         m_portal->evaluate("i.focus()");
         m_portal->window.VirtualKeyboardOnKey(key, id);
         QCOMPARE(m_portal->evaluate("i.value").toString(), value);

@@ -189,7 +189,6 @@ private slots:
         };
         const char app[] = "In APP, will act back to prev website";
         row("application", "vesprel_apps/a.html", "", "reboot", app);
-        row("settings page", "external/settings/a.html", "", "page");
 
         const QByteArray menu = "<div class='main_menu' style='display: block;'></div>";
         const QByteArray subPage = "<div style='display: block;'></div>";
@@ -211,8 +210,6 @@ private slots:
         row("loader shown", "a.html", "<div class='loader' style='display: block;'></div>", "quit",
             special);
         row("loader hidden", "a.html", "<div class='loader' style='display: none;'></div>", "page");
-        row("main menu before loader", "a.html",
-            "<div class='loader'></div><div>" + menu + subPage + "</div>", "page");
 
         const QByteArray hidden = "<iframe style='visibility: hidden;' src='magcore-app-launcher'>"
                                   "</iframe>";
@@ -225,7 +222,6 @@ private slots:
             byLauncher);
         row("launcher frame hidden", launcherPage, other + hidden, "backspace", toBackspace);
         row("launcher without frames", launcherPage, "", "backspace", toBackspace);
-        row("launcher, app mode", launcherPage, shown, "backspace", toBackspace, "true");
     }
 
     void backKeys()

@@ -4,11 +4,11 @@
 #include <QString>
 
 /*
- * The JavaScript statements that bring an event into the portal. Portals define stbEvent, stb, key
- * and _debug themselves.
+ * The JavaScript statements that the box evaluates in the portal. Portals define stbEvent, stb,
+ * module, key and _debug themselves.
  */
 
-namespace EventStatement {
+namespace PageStatement {
 
 extern const char playStarted[];
 extern const char playEnded[];
@@ -32,4 +32,16 @@ QString recording(Recording code);
 /** The parameters of a recording event: {"id":N}. */
 QString recordingParameters(int id);
 
-} // namespace EventStatement
+/** Evaluated before a channel key: the portal tells gSTB its place, menu and time shift. */
+extern const char tellState[];
+
+/** Asks where the focused field is; the answer has the members x, y, w and h (px of the page). */
+extern const char focusedBox[];
+
+/**
+ * Enters a key of the on-screen keyboard into the focused field. Backslashes are doubled; single
+ * quotes stay as they are, so that a quote key fails in the page and does nothing else.
+ */
+QString keyboardPress(QString key, const QString &id);
+
+} // namespace PageStatement

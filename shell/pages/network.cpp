@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "shell/pages/network_access.h"
+#include "shell/pages/network.h"
+
+#include "platform/box_paths.h"
 
 #include <QNetworkRequest>
 #include <QUrl>
@@ -19,4 +21,18 @@ QNetworkReply *NAM::createRequest(Operation operation, const QNetworkRequest &re
                               QNetworkRequest::NoLessSafeRedirectPolicy);
     }
     return QNetworkAccessManager::createRequest(operation, adjusted, outgoingData);
+}
+
+NetworkFailure judgeReply(QNetworkReply::NetworkError error, const QUrl &replyUrl,
+                          const QUrl &currentUrl, const QUrl &portalUrl)
+{
+    NetworkFailure failure;
+    if (error == QNetworkReply::NoError || error == QNetworkReply::OperationCanceledError)
+        return failure;
+    failure.servicesMenu = error == QNetworkReply::ContentNotFoundError &&
+                           replyUrl.toString().startsWith(BoxPaths::servicesPageUrl());
+    failure.errorPage = error == QNetworkReply::HostNotFoundError ||
+                        (replyUrl == currentUrl && portalUrl.isEmpty());
+    failure.reported = true;
+    return failure;
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "shell/pages/event_statement.h"
+#include "shell/pages/page_statement.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace EventStatement {
+namespace PageStatement {
 
 const char playStarted[] = "stbEvent.onEvent(\"4\");";
 const char playEnded[] = "stbEvent.onEvent(\"1\");";
@@ -32,4 +32,23 @@ QString recordingParameters(int id)
     return QJsonDocument(QJsonObject{{"id", id}}).toJson(QJsonDocument::Compact);
 }
 
-} // namespace EventStatement
+// Portals have always been asked with exactly this text, blanks included.
+const char tellState[] =
+    "if(typeof(stb.player.active_time_shift) !== 'undefined' && stb.player.active_time_shift){"
+    "gSTB.SetTimeshiftState(1);}else{gSTB.SetTimeshiftState(0);}"
+    "                                            "
+    "if(typeof(stb.cur_place) === 'string'){gSTB.SetCurrPlace(stb.cur_place);}"
+    "                                            "
+    "if(typeof(module.tv.dom_obj) !== 'undefined'){"
+    "gSTB.SetTVMenuState(module.tv.dom_obj.isHidden());}";
+
+const char focusedBox[] = "GetFocusInputPos();";
+
+QString keyboardPress(QString key, const QString &id)
+{
+    key.replace("\\", "\\\\");
+    // One after the other: a key such as "%2" takes the id's place, as it always did.
+    return QString("KeyboardPress('%1', '%2')").arg(key).arg(id);
+}
+
+} // namespace PageStatement

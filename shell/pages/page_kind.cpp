@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "shell/pages/page_mode.h"
+#include "shell/pages/page_kind.h"
 
 PageMode pageModeOf(const QString &encodedUrl)
 {
@@ -11,4 +11,9 @@ PageMode pageModeOf(const QString &encodedUrl)
 bool isVideoApplication(const QString &encodedUrl)
 {
     return encodedUrl.contains("external/youtube");
+}
+
+bool isLauncher(const QString &url)
+{
+    return url.contains("vesprel_launcher_apps/magcore-core-ministra");
 }

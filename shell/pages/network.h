@@ -1,8 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QUrl>
+
+/** Network access of the portal page: follows redirects of the portal's own API calls. */
+class NAM : public QNetworkAccessManager
+{
+    Q_OBJECT
+
+public:
+    using QNetworkAccessManager::QNetworkAccessManager;
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
+                                 QIODevice *outgoingData) override;
+};
+
+/** The one manager of the process, made before its main function. GUI thread. */
+extern NAM sharedNetworkAccess;
 
 /** What the receiver is asked for when a request of the portal page has failed. */
 struct NetworkFailure

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-/*
- * The remote control's keys on their way to the page: the filter asks the decisions beside it and
- * acts on them.
- */
+#include "shell/keys/key_filter.h"
+
 #include "api/vesprelv2.h"
-#include "enigma2/enigma2.h"
 #include "platform/log_record.h"
+#include "shell/browser_state.h"
+#include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_decision.h"
 #include "shell/keys/key_table.h"
 #include "shell/keys/page_probe.h"
 #include "shell/keys/posted_key.h"
-#include "shell/window.h"
+#include "shell/pages/page_stack.h"
+#include "shell/pages/page_statement.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -34,22 +34,24 @@ void postClick(QWebView &view, const QWebElement &element)
 
 } // namespace
 
-bool Window::eventFilter(QObject *watched, QEvent *event)
+KeyFilter::KeyFilter(const PageStack &pages, KeyboardPane &keyboard, const BrowserState &browser,
+                     const VesprelV2 &gSTB, QObject *parent)
+    : QObject(parent)
+    , m_pages(pages)
+    , m_keyboard(keyboard)
+    , m_browser(browser)
+    , m_gSTB(gSTB)
+    , m_mainAppMode(qgetenv("Q_MAIN_APP_MODE") == "true")
 {
-    QWebView *view = currentView();
-    if (event->type() == QEvent::KeyPress && view && watched == view &&
-        filterKey(*view, *static_cast<QKeyEvent *>(event)))
-        return true;
-    return QMainWindow::eventFilter(watched, event);
 }
 
-bool Window::filterKey(QWebView &view, const QKeyEvent &event)
+bool KeyFilter::filter(QWebView &view, const QKeyEvent &event)
 {
     const int key = event.key();
     logRecord("Key Pressed:", Qt::hex, key, event.nativeScanCode(), event.nativeVirtualKey(),
               event.nativeModifiers(), view.url());
-    const KeyRoute route = routeKey(
-        key, {m_comboboxJustClosed, event.spontaneous(), m_powerOffState, m_keyboardShown});
+    const KeyRoute route = routeKey(key, {m_comboboxJustClosed, event.spontaneous(),
+                                          m_browser.isPoweredOff(), m_keyboard.isShown()});
     m_comboboxJustClosed = false;
     switch (route) {
     case KeyRoute::SwallowedAfterCombobox:
@@ -58,62 +60,64 @@ bool Window::filterKey(QWebView &view, const QKeyEvent &event)
     case KeyRoute::PassedOn: logRecord("not spontaneous"); return false;
     case KeyRoute::SwallowedWhileOff: logRecord("In power off state, ignore any keys"); return true;
     case KeyRoute::ToKeyboard:
-        postKey(m_keyboardView, keyForKeyboard(key), event.modifiers(), event.text());
+        m_keyboard.postKey(event);
         logRecord("In Keyboard, will act like Key");
         return true;
     case KeyRoute::Translated: break;
     }
     const KeyRow *row = findKeyRow(key);
-    return row && translateKey(view, event, *row);
+    return row && translate(view, event, *row);
 }
 
-bool Window::translateKey(QWebView &view, const QKeyEvent &event, const KeyRow &row)
+bool KeyFilter::translate(QWebView &view, const QKeyEvent &event, const KeyRow &row)
 {
     switch (row.action) {
     case KeyAction::Post: return postTranslated(view, event, row);
-    case KeyAction::Channel: return isChannelKey(view) && postTranslated(view, event, row);
-    case KeyAction::Favorites:
-        logRecord("Key_F11", m_webFavoritesOpen);
+    case KeyAction::Channel: return isChannelKey() && postTranslated(view, event, row);
+    case KeyAction::Favourites:
+        logRecord("Key_F11", m_pages.favouritesOpen());
         if (isLauncher(view.url().toString()))
             return postTranslated(view, event, row);
-        if (m_webFavoritesOpen)
-            WinCloseWebFavorites();
+        if (m_pages.favouritesOpen())
+            emit favouritesCloseRequested();
         return false;
-    case KeyAction::RunApp: m_enigma2->RunApp(row.text); return true;
+    case KeyAction::RunApp: emit applicationRequested(row.application); return true;
     case KeyAction::Standby:
-        logRecord(row.text);
-        m_enigma2->Standby();
+        logRecord(row.record);
+        emit standbyRequested();
         return true;
-    case KeyAction::Quit: emit pwr(); return false;
-    case KeyAction::Ok: logRecord(row.text, m_webFavoritesOpen); return pressOk(view, event);
+    case KeyAction::Quit: emit quitRequested(); return false;
+    case KeyAction::Ok:
+        logRecord(row.record, m_pages.favouritesOpen());
+        return pressOk(view, event);
     case KeyAction::Back: return goBack(view, event);
     }
     return false;
 }
 
-bool Window::postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row)
+bool KeyFilter::postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row)
 {
     postKey(&view, row.postedKey, postedModifiers(row.modifiers, event.modifiers()), event.text());
-    logRecord(row.text);
+    logRecord(row.record);
     return true;
 }
 
-bool Window::isChannelKey(QWebView &view)
+bool KeyFilter::isChannelKey()
 {
-    view.page()->mainFrame()->evaluateJavaScript(portalStateScript);
-    const int timeshift = m_gSTB->timeshiftState();
-    const QString place = m_gSTB->currPlace();
-    const bool tvMenu = m_gSTB->isTvMenuVisible();
+    m_pages.evaluate(PageStatement::tellState);
+    const int timeshift = m_gSTB.timeshiftState();
+    const QString place = m_gSTB.currPlace();
+    const bool tvMenu = m_gSTB.isTvMenuVisible();
     logRecord("timeshift mode", timeshift, "menu state", place, "tv menu state", int(tvMenu));
     return takesChannelKeys(place, tvMenu, timeshift);
 }
 
-bool Window::pressOk(QWebView &view, const QKeyEvent &event)
+bool KeyFilter::pressOk(QWebView &view, const QKeyEvent &event)
 {
-    if (!m_webFavoritesOpen || m_pageMode != PageMode::Settings)
+    if (!m_pages.favouritesOpen() || m_pages.mode() != PageMode::Settings)
         return false;
     const QWebFrame *frame = view.page()->currentFrame();
-    const QWebElement element = focusedElement(*frame);
+    const QWebElement element = PageProbe(*view.page()).focusedElement();
     if (element.isNull())
         return false;
     logRecord(element.tagName(), element.attribute("class", "exit"));
@@ -132,30 +136,24 @@ bool Window::pressOk(QWebView &view, const QKeyEvent &event)
     return false;
 }
 
-bool Window::goBack(QWebView &view, const QKeyEvent &event)
+bool KeyFilter::goBack(QWebView &view, const QKeyEvent &event)
 {
     BackSituation situation;
-    situation.pageMode = m_pageMode;
+    situation.pageMode = m_pages.mode();
     situation.escape = event.key() == Qt::Key_Escape;
     situation.url = view.url();
-    situation.portalUrl = m_portalUrl;
-    situation.launcher = isLauncher(situation.url.toString());
+    situation.portalUrl = m_pages.portalUrl();
     situation.mainAppMode = m_mainAppMode;
-    if (needsLauncherFrames(situation))
-        situation.launcherFrameShown = launcherFrameShown(*view.page()->mainFrame());
-    if (needsPortalParts(situation))
-        situation.parts = portalParts(*view.page()->currentFrame());
 
-    switch (decideBack(situation)) {
+    switch (decideBack(situation, PageProbe(*view.page()))) {
     case BackDecision::LeaveApplication:
-        // This request, and no other, takes the receiver back to the previous site.
-        m_enigma2->Reboot();
+        emit returnRequested();
         logRecord("In APP, will act back to prev website");
         return true;
     case BackDecision::QuitByLauncher: return quitLogged("exit browser by launcher");
     case BackDecision::LeaveForeignPage:
         logRecord("it seems not current portal:", situation.url, situation.portalUrl);
-        m_enigma2->Reboot();
+        emit returnRequested();
         return true;
     case BackDecision::QuitInvalidPage: return quitLogged("it seems not valid portal:");
     case BackDecision::QuitByMainMenu: return quitLogged("exit browser by main menu");
@@ -169,9 +167,9 @@ bool Window::goBack(QWebView &view, const QKeyEvent &event)
     return false;
 }
 
-bool Window::quitLogged(const char *record)
+bool KeyFilter::quitLogged(const char *record)
 {
     logRecord(record);
-    emit pwr();
+    emit quitRequested();
     return true;
 }

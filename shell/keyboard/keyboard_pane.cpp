@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "shell/keyboard/keyboard_pane.h"
+
+#include "platform/box_paths.h"
+#include "shell/keys/posted_key.h"
+#include "shell/pages/transparent_view.h"
+
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QUrl>
+#include <QWebFrame>
+#include <QWebView>
+
+KeyboardPane::KeyboardPane(QMdiArea *area, QObject *parent)
+    : QObject(parent)
+    , m_view(createTransparentView(area->window()))
+{
+    m_view->setFocusPolicy(Qt::NoFocus);
+    enable(m_view->settings(), {QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
+                                QWebSettings::DeveloperExtrasEnabled});
+    frame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
+    frame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
+
+    m_subWindow = area->addSubWindow(m_view, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_subWindow->setFocusPolicy(Qt::NoFocus);
+    m_subWindow->hide();
+}
+
+void KeyboardPane::open()
+{
+    // The keys stay with the portal until this load has ended well.
+    m_shown = false;
+    m_view->load(QUrl(BoxPaths::keyboardPageUrl()));
+    m_subWindow->show();
+}
+
+void KeyboardPane::close()
+{
+    // A page that is still loading must not take the keys once nobody sees it.
+    m_view->stop();
+    m_subWindow->hide();
+    m_shown = false;
+}
+
+void KeyboardPane::finishLoading(bool ok)
+{
+    if (ok)
+        m_shown = true;
+}
+
+void KeyboardPane::setGeometry(const QRect &geometry) { m_subWindow->setGeometry(geometry); }
+
+void KeyboardPane::postKey(const QKeyEvent &event)
+{
+    const int key = event.key() == Qt::Key_F5 ? int(Qt::Key_Backspace) : event.key();
+    ::postKey(m_view, key, event.modifiers(), event.text());
+}
+
+QWebFrame *KeyboardPane::frame() const { return m_view->page()->mainFrame(); }

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+
+class QKeyEvent;
+class QMdiArea;
+class QMdiSubWindow;
+class QRect;
+class QWebFrame;
+class QWebView;
+
+/**
+ * The on-screen keyboard: a page of its own in a sub-window above the portal. It counts as shown,
+ * and takes the keys, from the moment its page has loaded until it is closed; a page that is still
+ * loading or failed to load is visible, but the keys are the portal's. GUI thread.
+ */
+class KeyboardPane : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Makes the hidden pane in a sub-window of the area. */
+    KeyboardPane(QMdiArea *area, QObject *parent);
+
+    /** Loads the keyboard's page, every time anew, and makes the pane visible. */
+    void open();
+
+    /** Hides the pane and stops its page's loading. */
+    void close();
+
+    /** The load of the keyboard's page has ended. */
+    void finishLoading(bool ok);
+
+    /** Whether the keyboard takes the keys. */
+    bool isShown() const { return m_shown; }
+
+    /** Places the pane (px of the window). */
+    void setGeometry(const QRect &geometry);
+
+    /** Hands a key of the remote to the keyboard's page; F5 is its Backspace. */
+    void postKey(const QKeyEvent &event);
+
+    /** The main frame of the keyboard's page. */
+    QWebFrame *frame() const;
+
+private:
+    QWebView *m_view = nullptr;
+    QMdiSubWindow *m_subWindow = nullptr;
+    bool m_shown = false;
+};

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * What the viewer has before him: the portal and its end, favourites over it, the on-screen
+ * keyboard over both. The slots forward to the pages and the keyboard, which own the state.
+ */
+#include "enigma2/enigma2.h"
+#include "platform/log_record.h"
+#include "shell/keyboard/keyboard_pane.h"
+#include "shell/pages/page_stack.h"
+#include "shell/pages/page_statement.h"
+#include "shell/window.h"
+
+#include <QRect>
+#include <QThread>
+#include <QUrl>
+
+void Window::setUrl(const QUrl &url)
+{
+    logRecord("setUrl:", url);
+    qputenv("portal1", url.toEncoded());
+    m_pages->load(url);
+}
+
+void Window::OnNewPortal(const QString &url)
+{
+    m_browser.leaveIdle();
+    showMaximized();
+    setUrl(QUrl(url, QUrl::TolerantMode));
+}
+
+void Window::QuitApp()
+{
+    if (m_browser.isIdle())
+        return;
+    hide();
+    setUrl(QUrl());
+    logRecord("QuitApp, do MediaStop");
+    m_enigma2->MediaStop();
+    logRecord("QuitApp, do Exit message");
+    m_enigma2->Exit();
+    // The receiver acts on both before anything else happens here.
+    QThread::msleep(100);
+    m_browser.enterIdle();
+}
+
+void Window::WinOpenWebFavorites(const QString &url, int)
+{
+    logRecord("WinOpenWebFavorites", "()", url);
+    m_pages->openFavourites(QUrl(url));
+}
+
+void Window::WinCloseWebFavorites()
+{
+    m_pages->closeFavourites();
+    logRecord("WinCloseWebFavorites", "()");
+}
+
+void Window::VirtualKeyboardOpen()
+{
+    m_keyboard->open();
+    m_pages->focusCurrentView();
+    logRecord("VirtualKeyboardOpen", "()", m_keyboard->isShown());
+}
+
+void Window::VirtualKeyboardClose()
+{
+    m_keyboard->close();
+    m_pages->focusCurrentView();
+    logRecord("VirtualKeyboardClose", "()", m_keyboard->isShown());
+}
+
+void Window::finishKeyboardLoading(bool ok)
+{
+    logRecord("keyboard finishLoading", ok);
+    m_keyboard->finishLoading(ok);
+}
+
+void Window::VirtualKeyboardOnKey(const QString &key, const QString &id)
+{
+    const QString statement = PageStatement::keyboardPress(key, id);
+    logRecord("VirtualKeyboardOnKey", "(): ", statement);
+    m_pages->evaluate(statement);
+}
+
+void Window::VirtualKeyboardSetPos(int x, int y, int w, int h)
+{
+    m_keyboard->setGeometry(QRect(x, y, w, h));
+}
+
+void Window::UpdateFocusedPos(int &x, int &y, int &w, int &h)
+{
+    if (!m_pages->currentView())
+        return;
+    const QVariantMap box = m_pages->evaluate(PageStatement::focusedBox).toMap();
+    const auto take = [&box](const char *name, int &value) {
+        const QVariant member = box.value(name);
+        logRecord("UpdateFocusedPos", "()", member);
+        value = member.toInt();
+    };
+    take("x", x);
+    take("y", y);
+    take("w", w);
+    take("h", h);
+}
+
+void Window::OnWebWindowClose()
+{
+    if (m_keyboard->isShown())
+        VirtualKeyboardClose();
+    if (m_pages->favouritesOpen())
+        WinCloseWebFavorites();
+}
