@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/environment_settings.h"
 
+#include "api/setting_defaults.h"
 #include "api/settings_file.h"
 
 #include <QJsonArray>
@@ -8,28 +9,6 @@
 #include <QJsonObject>
 
 namespace {
-
-struct DefaultSetting
-{
-    const char *name;
-    const char *value;
-};
-
-constexpr DefaultSetting defaultSettings[] = {
-    {"language", "en"},
-    {"timezone_conf", "Europe/Kiev"},
-    {"timezone_conf_int", ""},
-    {"clock_format", "12h"},
-};
-
-QString defaultOf(const QString &name)
-{
-    for (const DefaultSetting &setting : defaultSettings) {
-        if (name == QLatin1String(setting.name))
-            return QLatin1String(setting.value);
-    }
-    return QString();
-}
 
 QJsonObject parsedObject(const QString &text)
 {
@@ -46,7 +25,7 @@ QString environmentAnswer(const QString &args, const SettingsFile &settings)
         if (!element.isString())
             continue;
         const QString name = element.toString();
-        result.insert(name, settings.read(name, defaultOf(name)));
+        result.insert(name, settings.read(name, settingDefault(name)));
     }
     // The writer sorts the members, which gives the order that portals expect.
     const QJsonObject answer = {{"errCode", 0}, {"errMsg", ""}, {"result", result}};

@@ -1,22 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * What the box is, and what it knows of files and storage. Network answers are fixed texts.
+ * Who the box is, and what it says of its network: fixed texts.
  */
 #include "api/unique_identifiers.h"
 #include "api/vesprelv2.h"
-#include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 
-#include <QFileInfo>
+using Environment::textOf;
 
-namespace {
-
-/** A variable that the box's start script sets, ASCII up to its first NUL; empty if unset. */
-QString environment(const char *name) { return QString::fromLatin1(qgetenv(name).constData()); }
-
-} // namespace
-
-QString VesprelV2::Version() { return loggedResult(environment("Q_VERSION"), "Version", "():"); }
+QString VesprelV2::Version()
+{
+    return loggedResult(textOf(Environment::version), "Version", "():");
+}
 
 QString VesprelV2::GetUID() { return loggedResult(deviceDigest(m_macAddress), "GetUID", "():"); }
 
@@ -40,13 +36,13 @@ QString VesprelV2::GetDeviceSerialNumber()
     return loggedResult(m_serialNumber, "GetDeviceSerialNumber", "():");
 }
 
-QString VesprelV2::GetDeviceVendor() { return environment("Q_DEVICE_VENDOR"); }
+QString VesprelV2::GetDeviceVendor() { return textOf(Environment::deviceVendor); }
 
-QString VesprelV2::GetDeviceModel() { return environment("Q_MODEL"); }
+QString VesprelV2::GetDeviceModel() { return textOf(Environment::model); }
 
-QString VesprelV2::GetDeviceModelExt() { return environment("Q_MODEL"); }
+QString VesprelV2::GetDeviceModelExt() { return textOf(Environment::model); }
 
-QString VesprelV2::GetDeviceVersionHardware() { return environment("Q_HARDWARE_VERSION"); }
+QString VesprelV2::GetDeviceVersionHardware() { return textOf(Environment::hardwareVersion); }
 
 QString VesprelV2::GetDeviceMacAddress() { return m_macAddress; }
 
@@ -65,12 +61,12 @@ QString VesprelV2::GetDeviceImageVersion()
 
 QString VesprelV2::GetDeviceImageDesc()
 {
-    return loggedAnswer(environment("Q_IMAGE_DESCRIPTION"), "GetDeviceImageDesc", "()");
+    return loggedAnswer(textOf(Environment::imageDescription), "GetDeviceImageDesc", "()");
 }
 
 QString VesprelV2::GetDeviceImageVersionCurrent()
 {
-    return loggedAnswer(environment("Q_IMAGE_VERSION"), "GetDeviceImageVersionCurrent", "()");
+    return loggedAnswer(textOf(Environment::imageVersion), "GetDeviceImageVersionCurrent", "()");
 }
 
 QString VesprelV2::GetExtProtocolList()
@@ -96,40 +92,3 @@ QString VesprelV2::GetPppoeIp() { return QString(); }
 QString VesprelV2::GetNetworkWifiMac() { return QString(); }
 
 bool VesprelV2::GetPppoeLinkStatus() { return false; }
-
-bool VesprelV2::IsFolderExist(const QString &fileName)
-{
-    return loggedAnswer(QFileInfo(fileName).isDir(), "IsFolderExist", "(): ", fileName);
-}
-
-bool VesprelV2::IsFileUTF8Encoded(const QString &fileName)
-{
-    return loggedAnswer(true, "IsFileUTF8Encoded", "(): ", fileName);
-}
-
-bool VesprelV2::IsFileExist(const QString &fileName)
-{
-    return loggedAnswer(QFileInfo(fileName).isFile(), "IsFileExist", "(): ", fileName);
-}
-
-bool VesprelV2::SaveFile(const QString &, const QString &)
-{
-    // Portals are told that it worked; nothing may be written on their behalf.
-    return loggedAnswer(true, "SaveFile", "():");
-}
-
-QString VesprelV2::GetSystemPaths() { return loggedAnswer(QString(), "GetSystemPaths", "():", ""); }
-
-QString VesprelV2::GetStorageInfo(const QString &filter)
-{
-    logRecord("GetStorageInfo", "():", filter);
-    const QString info = emit sGetStorageInfo();
-    return "{\"errCode\": 0,\"errMsg\": \"\",\"result\":" + info + "}";
-}
-
-void VesprelV2::LoadURL(const QString &url)
-{
-    logRecord("LoadURL", "()");
-    if (url.startsWith(BoxPaths::localPagesUrl()))
-        emit OnReboot();
-}

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/parameter_query.h"
 
+#include "api/setting_defaults.h"
 #include "api/settings_file.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 
 #include <QFile>
@@ -22,39 +24,15 @@ constexpr FixedName fixedNames[] = {
     {"vmode", Kind::Constant, "720"},
     {"IPAddress", Kind::IpAddress, ""},
     {"SerialNumber", Kind::SerialNumber, ""},
-    {"Model", Kind::Environment, "Q_MODEL"},
-    {"ImageDescription", Kind::Environment, "Q_IMAGE_DESCRIPTION"},
-    {"ImageVersion", Kind::Environment, "Q_IMAGE_VERSION"},
-    {"ImageDate", Kind::Environment, "Q_IMAGE_DATE"},
-    {"HardwareVersion", Kind::Environment, "Q_HARDWARE_VERSION"},
-    {"Img_Ver", Kind::Environment, "Q_SW_VERSION"},
+    {"Model", Kind::Environment, Environment::model},
+    {"ImageDescription", Kind::Environment, Environment::imageDescription},
+    {"ImageVersion", Kind::Environment, Environment::imageVersion},
+    {"ImageDate", Kind::Environment, Environment::imageDate},
+    {"HardwareVersion", Kind::Environment, Environment::hardwareVersion},
+    {"Img_Ver", Kind::Environment, Environment::softwareVersion},
     {"gmode", Kind::Constant, "720"},
     {"MACAddress", Kind::MacAddress, ""},
 };
-
-struct SettingDefault
-{
-    const char *containedText;
-    const char *value;
-};
-
-// The first text that the query contains decides, so "getenv timezone_conf_int" gets the default
-// of timezone_conf: portals ask for it here and rely on a usable time zone.
-constexpr SettingDefault settingDefaults[] = {
-    {"getenv language", "en"},
-    {"getenv timezone_conf", "Europe/Kiev"},
-    {"getenv ntpurl", "pool.ntp.org"},
-    {"getenv mtdparts", "boot RootFs2"},
-};
-
-QString settingDefault(const QString &par)
-{
-    for (const SettingDefault &row : settingDefaults) {
-        if (par.contains(QLatin1String(row.containedText)))
-            return QLatin1String(row.value);
-    }
-    return QString();
-}
 
 QString withoutQuotes(const QString &path)
 {
@@ -85,7 +63,7 @@ QString answerOf(const ParameterQuery &query, const BoxValues &box, const Settin
 {
     switch (query.kind) {
     case Kind::Constant: return query.value;
-    case Kind::Environment: return QString::fromLatin1(qgetenv(query.name.toLatin1().constData()));
+    case Kind::Environment: return Environment::textOf(query.name.toLatin1().constData());
     case Kind::IpAddress: return box.ipAddress;
     case Kind::SerialNumber: return box.serialNumber;
     case Kind::MacAddress: return box.macAddress;
@@ -112,7 +90,7 @@ ParameterQuery parseParameterQuery(const QString &par)
     const QStringList pieces = par.split(' ');
     if (par.contains("getenv")) {
         if (pieces.size() == 2)
-            return {Kind::ReadSetting, pieces[1], settingDefault(par)};
+            return {Kind::ReadSetting, pieces[1], queriedSettingDefault(par)};
     } else if (par.contains("setenv")) {
         if (pieces.size() == 3)
             return {Kind::WriteSetting, pieces[1], pieces[2]};

@@ -128,7 +128,6 @@ void VesprelV2::SetPosPercent(int prc)
 void VesprelV2::SetPosPercentEx(int prc)
 {
     logRecord("SetPosPercentEx", "(): ", prc);
-    // Nobody listens: the receiver seeks by time only, and portals expect no effect.
     emit OnSeekPercent(prc);
 }
 

@@ -2,6 +2,7 @@
 #include "api/settings_file.h"
 
 #include "api/text_file.h"
+#include "platform/environment.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -30,7 +31,10 @@ void replaceDocument(const QString &path, const QJsonDocument &document)
 
 } // namespace
 
-QString homeFile(const QString &name) { return QFile::decodeName(qgetenv("APP_HOME")) + name; }
+QString homeFile(const QString &name)
+{
+    return QFile::decodeName(qgetenv(Environment::applicationHome)) + name;
+}
 
 SettingsFile::SettingsFile(const QString &path)
     : m_path(path)
@@ -39,7 +43,7 @@ SettingsFile::SettingsFile(const QString &path)
 
 SettingsFile SettingsFile::ofCurrentPortal()
 {
-    return SettingsFile(homeFile(QString::fromLatin1(qgetenv("Q_PRIVATE_SETTING_PATH"))));
+    return SettingsFile(homeFile(Environment::textOf(Environment::privateSettingPath)));
 }
 
 QString SettingsFile::read(const QString &name, const QString &defaultValue) const

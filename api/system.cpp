@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * Actions of the box that a portal names, and listing a directory for its media browser.
+ * Actions of the box that a portal names, and the way back to the box's local pages.
  */
-#include "api/directory_listing.h"
 #include "api/system_action.h"
 #include "api/vesprelv2.h"
 #include "platform/box_paths.h"
@@ -23,18 +22,10 @@ void VesprelV2::ExecAction(const QString &action)
     }
 }
 
-void VesprelV2::SetListFilesExt(const QString &fileExts)
+void VesprelV2::LoadURL(const QString &url)
 {
-    logRecord("SetListFilesExt", "():", fileExts);
-    m_listFilesExt = fileExts;
+    logRecord("LoadURL", "()");
+    // No page is loaded: the receiver takes the box back to its local pages.
+    if (url.startsWith(BoxPaths::localPagesUrl()))
+        emit OnReboot();
 }
-
-QString VesprelV2::ListDir(const QString &dirName)
-{
-    const auto mapped = internalDiskPath(dirName);
-    if (mapped)
-        logRecord("ListDir", *mapped);
-    return directoryListing(mapped.value_or(dirName), m_listFilesExt);
-}
-
-QString VesprelV2::ListDir(const QString &path, bool) { return ListDir(path); }

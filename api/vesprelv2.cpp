@@ -8,7 +8,6 @@
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
 #include "platform/log_record.h"
-#include "platform/network_address.h"
 
 #include <QNetworkInterface>
 

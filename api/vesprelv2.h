@@ -44,7 +44,7 @@ public:
     void OnSubPid(int pid);
     void setMediaProgress(int length, int position);
 
-    /** Whether the portal asked for its keyboard button. */
+    /** Whether the portal asked for its keyboard button. Promised, called by nobody. */
     bool isInPortal() const;
 
     /** 0 stopped, 1 play requested, 2 playing, 3 paused. */
@@ -62,7 +62,7 @@ signals:
     void OnPause();
     void OnContinue();
     void OnSeekTime(int ms);
-    void OnSeekPercent(int per);
+    void OnSeekPercent(int per); // Connected to nothing: the receiver seeks by time only.
     void VKeyboardOpen();
     void VKeyboardClose();
     void OnScreenMode(int mode);
@@ -360,6 +360,7 @@ private:
     QString m_serialNumber;
     QString m_macAddress;
     QString m_ipAddress;
+    // The decoder's window at the start, promised and read by nothing so far.
     QString m_origDstLeft;
     QString m_origDstTop;
     QString m_origDstWidth;
@@ -372,10 +373,10 @@ private:
     bool m_vkActive = false;
     bool m_standBy = false;
     bool m_playing = false;
-    int m_mediaLen = 0; // ms
-    int m_mediaPos = 0; // ms
-    int m_volume = -1;
-    bool m_loop = false;
+    int m_mediaLen = 0;  // ms
+    int m_mediaPos = 0;  // ms
+    int m_volume = -1;   // Last set or read, -1 before; the answers come from the device.
+    bool m_loop = false; // What the portal asked for; the receiver knows no loop.
     bool m_vkButton = false;
     int m_playState = Stopped;
     QString m_listFilesExt;

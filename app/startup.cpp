@@ -4,6 +4,7 @@
 #include "app/log_sink.h"
 #include "app/watchdog.h"
 #include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "shell/window.h"
 
 #include <QApplication>
@@ -18,7 +19,7 @@ namespace {
 /** Writes messages to the log file if the box asks for it; otherwise Qt's default output stays. */
 void switchLogOn()
 {
-    if (qgetenv("Q_VESPREL_LOG") == "true")
+    if (qgetenv(Environment::logSwitch) == "true")
         qInstallMessageHandler(writeToLog);
 }
 
@@ -40,7 +41,7 @@ int runVesprel(int &argc, char **argv)
     setEnvironment();
     const WatchdogOptions watchdogOptions = WatchdogOptions::takeFromEnvironment();
     const QString home = BoxPaths::applicationHome();
-    qputenv("APP_HOME", QFile::encodeName(home));
+    qputenv(Environment::applicationHome, QFile::encodeName(home));
     const QDir homeDirectory(home);
     if (!homeDirectory.exists())
         homeDirectory.mkpath(home);
@@ -48,7 +49,7 @@ int runVesprel(int &argc, char **argv)
     QApplication application(argc, argv);
     const Watchdog watchdog(watchdogOptions);
     Window window;
-    const QString portal = qEnvironmentVariable("Q_VESPREL_PORTAL");
+    const QString portal = qEnvironmentVariable(Environment::startPortal);
     QApplication::setOverrideCursor(Qt::BlankCursor);
     window.setUrl(QUrl(portal, QUrl::TolerantMode));
     window.showMaximized();

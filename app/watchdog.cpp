@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/watchdog.h"
 
+#include "platform/environment.h"
+
 #include <QDebug>
 
 #include <cstring>
@@ -59,7 +61,7 @@ WatchdogOptions WatchdogOptions::takeFromEnvironment()
 {
     WatchdogOptions options;
     options.notifySocket = take("NOTIFY_SOCKET");
-    options.lifeFile = take("Q_WATCHDOG_FILE");
+    options.lifeFile = take(Environment::watchdogFile);
     const QByteArray process = take("WATCHDOG_PID");
     const qint64 limit = take("WATCHDOG_USEC").toLongLong() / 1000;
     // Meant for a parent that the variables were inherited from.

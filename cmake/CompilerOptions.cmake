@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
-# Warnings and sanitizers for every target of this tree.
+# Warnings, sanitizers and file sizes for every target of this tree.
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+# 32-bit boxes too: without it directories and files with large numbers look empty or missing.
+add_compile_definitions(_FILE_OFFSET_BITS=64)
 if(VESPREL_WERROR)
     add_compile_options(-Werror)
 endif()

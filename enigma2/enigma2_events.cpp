@@ -6,6 +6,7 @@
 #include "enigma2/enigma2.h"
 #include "enigma2/private_settings_name.h"
 #include "enigma2/struct_codec.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 
 #include <QMutexLocker>
@@ -106,7 +107,7 @@ void Enigma2::handleNewPortal(const QString &url)
 {
     // Set before the signal, so that the new portal finds its own settings.
     if (const auto name = privateSettingsName(url))
-        qputenv("Q_PRIVATE_SETTING_PATH", name->toLatin1());
+        qputenv(Environment::privateSettingPath, name->toLatin1());
     emit OnNewPortal(url);
     logRecord("NewPortal: ", url);
 }

@@ -28,11 +28,13 @@ public:
     stbPlayer(int id, VesprelV2 *gSTB, QObject *parent = nullptr);
     ~stbPlayer() override;
 
+    /** Promised, asked by nobody: there is one player, and its id is 0. */
     int id() const { return m_id; }
 
     /** gSTB's playback state: 0 stopped, 1 play requested, 2 playing, 3 paused. */
     int getState() const;
 
+    // Promised, called by nobody: no script reaches them.
     /** Preferred languages, primary first; the first two go on to the receiver. */
     void setAudioLanguages(const QStringList &languages);
     QStringList getAudioLanguages() const;
@@ -46,7 +48,7 @@ public:
     void setMediaProgress(int length, int position) override;
 
 private:
-    /** What is known of the media that plays; empty between two of them. */
+    /** What is known of the media that plays, empty between two; kept as promised, not read. */
     struct Media
     {
         QJsonArray audioTracks;
@@ -60,6 +62,7 @@ private:
 
     int m_id;
     VesprelV2 *m_gSTB;
+    // Parts of the player that no property shows and no script reaches.
     capabilitiesConfig *m_capabilities;
     statisticsConfig *m_statistics;
     audioTrackConfig *m_audioTrack;

@@ -21,7 +21,7 @@ public:
     /** JSON text of the last recording event, which the portal reads back. */
     void setEventParams(const QString &params) { m_eventParams = params; }
 
-    // Recording events come through the window; these only leave a trace.
+    // Promised, called by nobody: recording events come through the window. They leave a trace.
     void OnPvrRecStarted();
     void OnPvrRecFinished();
     void OnPvrRecError();

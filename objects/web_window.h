@@ -16,7 +16,7 @@ public:
 signals:
     void OnVKey(QString text, QString id);
     void SetKeyboardPos(int x, int y, int w, int h);
-    void VKeyboardHide();
+    void VKeyboardHide(); // Emitted by nobody in the box; a page may.
     void sClose();
 
 public slots:

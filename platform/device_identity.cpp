@@ -2,6 +2,7 @@
 #include "platform/device_identity.h"
 
 #include "platform/box_paths.h"
+#include "platform/log_record.h"
 
 #include <QFile>
 #include <QList>
@@ -12,6 +13,11 @@ namespace {
 
 // Longest piece of a provisioning file that is looked at; a processor list takes a few KiB.
 constexpr qint64 longestText = 64 * 1024;
+
+// The first and the last 256 addresses of 169.254.0.0/16 are reserved, no interface takes one by
+// itself: an administrator who gave such an address means it.
+constexpr quint32 firstLinkLocal = 0xA9FE0100;
+constexpr quint32 lastLinkLocal = 0xA9FEFEFF;
 
 QByteArray contentOf(const QString &path)
 {
@@ -53,6 +59,14 @@ QVector<NetworkLink> linksOfThisBox()
         links.append({interface.name(), networkLinkKind(interface.type(), interface.name()),
                       interface.hardwareAddress()});
     return links;
+}
+
+bool isUsable(const QHostAddress &address)
+{
+    if (address.protocol() != QAbstractSocket::IPv4Protocol || address == QHostAddress::LocalHost)
+        return false;
+    const quint32 number = address.toIPv4Address();
+    return number < firstLinkLocal || number > lastLinkLocal;
 }
 
 } // namespace
@@ -101,4 +115,16 @@ QString findSerialNumber(const QString &macAddress)
     }
     const QString serial = processorSerial();
     return serial.isEmpty() ? QString(macAddress).remove(':') : serial;
+}
+
+std::optional<QString> lastUsableAddress(const QList<QHostAddress> &addresses)
+{
+    std::optional<QString> last;
+    for (const QHostAddress &address : addresses) {
+        if (!isUsable(address))
+            continue;
+        last = address.toString();
+        logRecord("UpdateNetconfig", ":", *last);
+    }
+    return last;
 }

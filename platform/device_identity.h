@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QHostAddress>
+#include <QList>
 #include <QNetworkInterface>
 #include <QString>
 #include <QVector>
+
+#include <optional>
 
 /** One network interface, as far as the choice of the box's MAC address looks at it. */
 struct NetworkLink
@@ -39,3 +43,10 @@ QString chooseMacAddress(const QVector<NetworkLink> &links);
  * processor, at last the digits of the given MAC address. Any thread.
  */
 QString findSerialNumber(const QString &macAddress);
+
+/**
+ * Dotted text of the last address in the list that can be the box's own: IPv4, neither 127.0.0.1
+ * nor link-local. Nothing if none qualifies. Writes one record for each address that does. Any
+ * thread.
+ */
+std::optional<QString> lastUsableAddress(const QList<QHostAddress> &addresses);

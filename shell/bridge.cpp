@@ -4,11 +4,10 @@
  * page clears its window object, and injects the scripts that complete the interface.
  */
 #include "api/vesprelv2.h"
+#include "objects/placeholders.h"
 #include "objects/player.h"
 #include "objects/player_manager.h"
 #include "objects/pvr_manager.h"
-#include "objects/storage.h"
-#include "objects/time_shift.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
 #include "platform/log_record.h"

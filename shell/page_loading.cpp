@@ -4,6 +4,7 @@
  */
 #include "enigma2/enigma2.h"
 #include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_stack.h"
@@ -18,7 +19,7 @@ void Window::finishLoading(bool ok)
     logRecord("finishLoading", ok);
     // A developer's script for every page; without one, an empty statement.
     if (ok)
-        m_pages->evaluate(qEnvironmentVariable("Q_WEB_DEBUG") + ";");
+        m_pages->evaluate(qEnvironmentVariable(Environment::webDebug) + ";");
 }
 
 void Window::NetworkAccessibleChanged(QNetworkAccessManager::NetworkAccessibility accessible)

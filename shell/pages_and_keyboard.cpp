@@ -4,6 +4,7 @@
  * keyboard over both. The slots forward to the pages and the keyboard, which own the state.
  */
 #include "enigma2/enigma2.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/pages/page_stack.h"
@@ -17,7 +18,7 @@
 void Window::setUrl(const QUrl &url)
 {
     logRecord("setUrl:", url);
-    qputenv("portal1", url.toEncoded());
+    qputenv(Environment::currentPortal, url.toEncoded());
     m_pages->load(url);
 }
 

@@ -6,14 +6,13 @@
 
 #include "api/vesprelv2.h"
 #include "enigma2/enigma2.h"
+#include "objects/placeholders.h"
 #include "objects/player_manager.h"
 #include "objects/pvr_manager.h"
-#include "objects/storage.h"
-#include "objects/surface.h"
-#include "objects/time_shift.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
 #include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_filter.h"
@@ -34,8 +33,8 @@
 Window::Window(QWidget *parent)
     : QMainWindow(parent)
 {
-    if (qEnvironmentVariableIsSet("Q_USER_AGENT"))
-        setUserAgentOverride(qEnvironmentVariable("Q_USER_AGENT"));
+    if (qEnvironmentVariableIsSet(Environment::userAgent))
+        setUserAgentOverride(qEnvironmentVariable(Environment::userAgent));
     enable(QWebSettings::globalSettings(),
            {QWebSettings::PluginsEnabled, QWebSettings::AcceleratedCompositingEnabled,
             QWebSettings::WebGLEnabled});
@@ -117,13 +116,13 @@ void Window::buildPages()
 void Window::setUpDiskCache()
 {
     auto *cache = new QNetworkDiskCache(this);
-    QString directory = qEnvironmentVariable("Q_CACHE_PATH");
+    QString directory = qEnvironmentVariable(Environment::cachePath);
     if (directory.isEmpty())
         directory = QStandardPaths::writableLocation(QStandardPaths::CacheLocation);
     cache->setCacheDirectory(directory);
     logRecord("setCacheDirectory", directory);
     logRecord("maximumCacheSize", cache->maximumCacheSize());
-    const QByteArray size = qgetenv("Q_CACHE_MAX_SIZE");
+    const QByteArray size = qgetenv(Environment::cacheMaxSize);
     if (!size.isEmpty()) {
         cache->setMaximumCacheSize(size.toLongLong());
         logRecord("setMaximumCacheSize", cache->maximumCacheSize());

@@ -2,6 +2,7 @@
 #include "shell/keys/key_filter.h"
 
 #include "api/vesprelv2.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 #include "shell/browser_state.h"
 #include "shell/keyboard/keyboard_pane.h"
@@ -41,7 +42,7 @@ KeyFilter::KeyFilter(const PageStack &pages, KeyboardPane &keyboard, const Brows
     , m_keyboard(keyboard)
     , m_browser(browser)
     , m_gSTB(gSTB)
-    , m_mainAppMode(qgetenv("Q_MAIN_APP_MODE") == "true")
+    , m_mainAppMode(qgetenv(Environment::mainAppMode) == "true")
 {
 }
 

@@ -2,7 +2,6 @@
 #include "api/unique_identifiers.h"
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
-#include "platform/network_address.h"
 #include "tests/support/files.h"
 
 #include <QHostAddress>

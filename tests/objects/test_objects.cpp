@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/vesprelv2.h"
+#include "objects/placeholders.h"
 #include "objects/player.h"
 #include "objects/player_manager.h"
 #include "objects/pvr_manager.h"
-#include "objects/storage.h"
-#include "objects/surface.h"
-#include "objects/time_shift.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
 #include "platform/box_paths.h"

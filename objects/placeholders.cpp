@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "objects/surface.h"
+#include "objects/placeholders.h"
 
 #include "platform/log_record.h"
 
