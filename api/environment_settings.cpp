@@ -19,13 +19,14 @@ QJsonObject parsedObject(const QString &text)
 
 QString environmentAnswer(const QString &args, const SettingsFile &settings)
 {
+    const QJsonObject stored = settings.readAll();
     QJsonObject result;
     const QJsonArray names = parsedObject(args).value("varList").toArray();
     for (const QJsonValue &element : names) {
         if (!element.isString())
             continue;
         const QString name = element.toString();
-        result.insert(name, settings.read(name, settingDefault(name)));
+        result.insert(name, stored.value(name).toString(settingDefault(name)));
     }
     // The writer sorts the members, which gives the order that portals expect.
     const QJsonObject answer = {{"errCode", 0}, {"errMsg", ""}, {"result", result}};
@@ -35,8 +36,10 @@ QString environmentAnswer(const QString &args, const SettingsFile &settings)
 void storeEnvironment(const QString &args, const SettingsFile &settings)
 {
     const QJsonObject members = parsedObject(args);
+    QVector<SettingsFile::Setting> texts;
     for (auto member = members.begin(); member != members.end(); ++member) {
         if (member.value().isString())
-            settings.write(member.key(), member.value().toString());
+            texts.append({member.key(), member.value().toString()});
     }
+    settings.write(texts);
 }

@@ -14,7 +14,8 @@ class SettingsFile;
 QString environmentAnswer(const QString &args, const SettingsFile &settings);
 
 /**
- * Stores each text member of the JSON object in args, one by one in the order of their names.
+ * Stores each text member of the JSON object in args, in the order of their names and with the
+ * content that storing one by one leaves.
  * Other members, and args of any other shape, change nothing. GUI thread.
  */
 void storeEnvironment(const QString &args, const SettingsFile &settings);

@@ -3,6 +3,7 @@
  * Files, directories and storage, as far as a portal may ask about them.
  */
 #include "api/directory_listing.h"
+#include "api/text_file.h"
 #include "api/vesprelv2.h"
 #include "platform/log_record.h"
 
@@ -11,7 +12,7 @@
 bool VesprelV2::IsFolderExist(const QString &fileName)
 {
     logRecord("IsFolderExist", "(): ", fileName);
-    return QFileInfo(fileName).isDir();
+    return QFileInfo(diskPath(fileName)).isDir();
 }
 
 bool VesprelV2::IsFileUTF8Encoded(const QString &fileName)
@@ -22,7 +23,7 @@ bool VesprelV2::IsFileUTF8Encoded(const QString &fileName)
 bool VesprelV2::IsFileExist(const QString &fileName)
 {
     logRecord("IsFileExist", "(): ", fileName);
-    return QFileInfo(fileName).isFile();
+    return QFileInfo(diskPath(fileName)).isFile();
 }
 
 bool VesprelV2::SaveFile(const QString &, const QString &)
@@ -51,7 +52,7 @@ QString VesprelV2::ListDir(const QString &dirName)
     const auto mapped = internalDiskPath(dirName);
     if (mapped)
         logRecord("ListDir", *mapped);
-    return directoryListing(mapped.value_or(dirName), m_listFilesExt);
+    return directoryListing(diskPath(mapped.value_or(dirName)), m_listFilesExt);
 }
 
 QString VesprelV2::ListDir(const QString &path, bool) { return ListDir(path); }

@@ -3,6 +3,7 @@
 
 #include "api/setting_defaults.h"
 #include "api/settings_file.h"
+#include "api/text_file.h"
 #include "platform/environment.h"
 #include "platform/log_record.h"
 
@@ -43,7 +44,7 @@ QString withoutQuotes(const QString &path)
 QString removeFile(const QString &path)
 {
     logRecord("RDir", "try delete file ", path);
-    return QFile::remove(path) ? "Ok" : "Fail";
+    return !path.contains(QChar(0)) && QFile::remove(diskPath(path)) ? "Ok" : "Fail";
 }
 
 QString readSetting(const ParameterQuery &query, const SettingsFile &settings)
@@ -55,7 +56,7 @@ QString readSetting(const ParameterQuery &query, const SettingsFile &settings)
 
 void writeSetting(const ParameterQuery &query, const SettingsFile &settings)
 {
-    settings.write(query.name, query.value);
+    settings.write({{query.name, query.value}});
     logRecord("RDir", "setenv key:", query.name, "value:", query.value);
 }
 

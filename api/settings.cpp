@@ -46,8 +46,11 @@ QString VesprelV2::ReadCFG()
 void VesprelV2::WriteCFG(const QString &cfg)
 {
     logRecord("WriteCFG", "():", cfg);
-    if (!writeBoxParameters(cfg))
-        logRecord("Could not open file for Writing");
+    switch (writeBoxParameters(cfg)) {
+    case Replacement::Done: break;
+    case Replacement::NotOpened: logRecord("Could not open file for Writing"); break;
+    case Replacement::NotWritten: logRecord("Could not write file, it stays as it was"); break;
+    }
 }
 
 QString VesprelV2::RDir(const QString &par)

@@ -3,30 +3,50 @@
 
 #include "api/text_file.h"
 #include "platform/environment.h"
+#include "platform/log_record.h"
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QJsonObject>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
 
-/**
- * Only the first word counts, never the whole file: portals rely on a stored blank making the next
- * reader see broken JSON and start over with defaults.
- */
-std::optional<QJsonDocument> storedDocument(const QString &path)
+QByteArray storedForm(const QJsonDocument &document)
 {
-    const std::optional<QString> word = firstWordOfFile(path);
-    if (!word)
-        return std::nullopt;
-    return QJsonDocument::fromJson(word->toUtf8());
+    return document.toJson(QJsonDocument::Compact);
 }
 
-void replaceDocument(const QString &path, const QJsonDocument &document)
+/** What a document becomes when the next reader takes the first word of its stored form. */
+QJsonDocument readAgain(const QJsonDocument &document)
 {
-    replaceFile(path, QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+    return QJsonDocument::fromJson(firstWord(storedForm(document)).toUtf8());
+}
+
+bool hasWhiteSpace(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
+}
+
+/**
+ * Whether a text holds what may be read in another way or order by what else stands in the
+ * document: halves of surrogate pairs, and byte order marks.
+ */
+bool isOdd(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.isSurrogate() || c == QChar::ByteOrderMark; });
+}
+
+QJsonDocument withSetting(const QJsonDocument &document, const SettingsFile::Setting &setting)
+{
+    // Portals find a list of theirs again as they left it.
+    if (document.isArray())
+        return document;
+    QJsonObject settings = document.object();
+    settings.insert(setting.first, setting.second);
+    return QJsonDocument(settings);
 }
 
 } // namespace
@@ -46,24 +66,43 @@ SettingsFile SettingsFile::ofCurrentPortal()
     return SettingsFile(homeFile(Environment::textOf(Environment::privateSettingPath)));
 }
 
-QString SettingsFile::read(const QString &name, const QString &defaultValue) const
+QJsonObject SettingsFile::readAll() const
 {
-    return storedDocument(m_path)
-        .value_or(QJsonDocument())
-        .object()
-        .value(name)
-        .toString(defaultValue);
+    // Only the first word counts, never the whole file: portals rely on a stored blank making the
+    // next reader see broken JSON and start over with defaults.
+    return QJsonDocument::fromJson(firstWordOfFile(m_path).value_or(QString()).toUtf8()).object();
 }
 
-void SettingsFile::write(const QString &name, const QString &value) const
+QString SettingsFile::read(const QString &name, const QString &defaultValue) const
 {
-    const QJsonDocument stored = storedDocument(m_path).value_or(QJsonDocument());
-    if (stored.isArray()) {
-        // Portals find a list of theirs again as they left it.
-        replaceDocument(m_path, stored);
+    return readAll().value(name).toString(defaultValue);
+}
+
+void SettingsFile::write(const QVector<Setting> &settings) const
+{
+    if (settings.isEmpty())
         return;
+    QJsonDocument document =
+        QJsonDocument::fromJson(firstWordOfFile(m_path).value_or(QString()).toUtf8());
+    // Whatever somebody else put into the file may change each of the first two times that it is
+    // read and written; from then on only odd letters can, and white space that is added.
+    const QByteArray before = storedForm(document);
+    bool isAnyOdd = isOdd(QString::fromUtf8(before)) || before.contains("\\ud");
+    int timesReadAgain = 0;
+    bool isSettled = false;
+    for (int i = 0; i < settings.size(); ++i) {
+        if (i > 0 && !isSettled) {
+            document = readAgain(document);
+            ++timesReadAgain;
+        }
+        document = withSetting(document, settings[i]);
+        const QString both = settings[i].first + settings[i].second;
+        isAnyOdd = isAnyOdd || isOdd(both);
+        isSettled = timesReadAgain >= 2 && !isAnyOdd && !hasWhiteSpace(both);
     }
-    QJsonObject settings = stored.object();
-    settings.insert(name, value);
-    replaceDocument(m_path, QJsonDocument(settings));
+    const QByteArray content = storedForm(document);
+    if (content.size() > longestText)
+        logRecord("Not stored, more than 16 MiB:", m_path);
+    else
+        replaceFile(m_path, QString::fromUtf8(content));
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QJsonObject>
+#include <QPair>
 #include <QString>
+#include <QVector>
 
 /** Path of a file in the application's home: APP_HOME and the name, with nothing between. */
 QString homeFile(const QString &name);
@@ -14,6 +17,8 @@ QString homeFile(const QString &name);
 class SettingsFile
 {
 public:
+    using Setting = QPair<QString, QString>; ///< Name and value.
+
     explicit SettingsFile(const QString &path);
 
     /**
@@ -22,14 +27,19 @@ public:
      */
     static SettingsFile ofCurrentPortal();
 
+    /** All that is stored; empty if the file is missing or holds no JSON object. */
+    QJsonObject readAll() const;
+
     /** The stored text, or the default if file, member or text is missing. */
     QString read(const QString &name, const QString &defaultValue) const;
 
     /**
-     * Stores one text. Content that is no JSON is lost; JSON that is no object stays and takes
-     * nothing in. A file that cannot be written stays as it is, silently.
+     * Stores texts in their order, with the content that storing one after the other would leave,
+     * but writing the file only once. Content that is no JSON is lost; JSON that is no object stays
+     * and takes nothing in. A file that cannot be written stays as it is, silently; so does one
+     * that would become too long to be read again, with a record.
      */
-    void write(const QString &name, const QString &value) const;
+    void write(const QVector<Setting> &settings) const;
 
 private:
     QString m_path;

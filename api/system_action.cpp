@@ -74,7 +74,8 @@ void runActionScript(const QString &script, const QString &action, int timeoutMs
     // the wait from noticing its time-out.
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    // The action stands where the shell takes a command's own name, and scripts find it in $0.
+    // The action stands where this shell takes its own name ($0); the script that it runs has its
+    // path there and learns nothing of the action. Box scripts count on getting no argument.
     process.start("/bin/sh", {"-c", script, action}, QIODevice::ReadWrite);
     if (!process.waitForFinished(timeoutMs) && process.state() != QProcess::NotRunning)
         process.killSession();

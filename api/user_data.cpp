@@ -2,10 +2,7 @@
 #include "api/user_data.h"
 
 #include "api/settings_file.h"
-#include "api/text_file.h"
 #include "platform/box_paths.h"
-
-#include <QFile>
 
 QString loadUserData(const QString &fileName)
 {
@@ -20,15 +17,9 @@ void saveUserData(const QString &fileName, const QString &data)
     replaceFile(homeFile(fileName), data);
 }
 
-std::optional<QString> readBoxParameters()
-{
-    QFile file(BoxPaths::parameterFile());
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return QString::fromUtf8(file.readAll());
-}
+std::optional<QString> readBoxParameters() { return textOfFile(BoxPaths::parameterFile()); }
 
-bool writeBoxParameters(const QString &text)
+Replacement writeBoxParameters(const QString &text)
 {
     return replaceFile(BoxPaths::parameterFile(), text);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "api/text_file.h"
+
 #include <QString>
 
 #include <optional>
@@ -11,11 +13,11 @@
  */
 QString loadUserData(const QString &fileName);
 
-/** Makes data the whole content of that file; one that cannot be opened stays as it is. */
+/** Makes data the whole content of that file; one that cannot be replaced stays as it is. */
 void saveUserData(const QString &fileName, const QString &data);
 
 /** Whole text of the box's parameter file; nothing if it cannot be opened. GUI thread. */
 std::optional<QString> readBoxParameters();
 
-/** Makes text the whole content of the parameter file; false if it cannot be opened. */
-bool writeBoxParameters(const QString &text);
+/** Makes text the whole content of the parameter file, or leaves that as it is. */
+Replacement writeBoxParameters(const QString &text);

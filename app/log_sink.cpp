@@ -1,20 +1,39 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/log_sink.h"
 
-#include <QFile>
+#include <QByteArray>
 #include <QString>
-#include <QTextStream>
 #include <QTime>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+bool isOwnLog(int file)
+{
+    struct stat status = {};
+    return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid() &&
+           status.st_nlink == 1;
+}
+
+} // namespace
 
 void writeToLog(QtMsgType, const QMessageLogContext &, const QString &message)
 {
-    QFile file("/tmp/vesprel.log");
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+    const int file = ::open(
+        "/tmp/vesprel.log",
+        O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0644);
+    if (file < 0)
         return;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    // As one text into an unbuffered file: the line leaves in a single write, so that threads do
-    // not mix theirs.
-    const QString line = QTime::currentTime().toString(Qt::TextDate) + ": " + message + '\n';
-    stream << line << Qt::flush;
+    if (isOwnLog(file)) {
+        const QByteArray line =
+            (QTime::currentTime().toString(Qt::TextDate) + ": " + message + '\n').toUtf8();
+        // In a single write, so that threads do not mix their lines.
+        while (::write(file, line.constData(), size_t(line.size())) < 0 && errno == EINTR) {
+        }
+    }
+    ::close(file);
 }

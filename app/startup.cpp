@@ -2,6 +2,7 @@
 #include "app/startup.h"
 
 #include "app/log_sink.h"
+#include "app/program_version.h"
 #include "app/watchdog.h"
 #include "platform/box_paths.h"
 #include "platform/environment.h"
@@ -16,11 +17,17 @@
 
 namespace {
 
-/** Writes messages to the log file if the box asks for it; otherwise Qt's default output stays. */
+/**
+ * Writes messages to the log file if the box asks for it, the first of them saying what runs;
+ * otherwise Qt's default output stays.
+ */
 void switchLogOn()
 {
-    if (qgetenv(Environment::logSwitch) == "true")
-        qInstallMessageHandler(writeToLog);
+    if (qgetenv(Environment::logSwitch) != "true")
+        return;
+    qInstallMessageHandler(writeToLog);
+    // Not as a record, which the box's logging rules may switch off.
+    writeToLog(QtInfoMsg, QMessageLogContext(), programVersion());
 }
 
 /** For the web engine and for child processes; docs/box.md tells why each. */

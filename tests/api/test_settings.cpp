@@ -90,16 +90,16 @@ private slots:
         QFETCH(QByteArray, after);
         if (before != missing)
             writeFile(settingsPath(), before);
-        SettingsFile::ofCurrentPortal().write(name, value);
+        SettingsFile::ofCurrentPortal().write({{name, value}});
         QCOMPARE(contentOf(settingsPath()), after);
     }
 
     void everyPortalHasItsOwnFile()
     {
-        SettingsFile::ofCurrentPortal().write("language", "uk");
+        SettingsFile::ofCurrentPortal().write({{"language", "uk"}});
         qputenv("Q_PRIVATE_SETTING_PATH", "private_settings_other");
         QCOMPARE(SettingsFile::ofCurrentPortal().read("language", "en"), QString("en"));
-        SettingsFile::ofCurrentPortal().write("language", "tr");
+        SettingsFile::ofCurrentPortal().write({{"language", "tr"}});
         qputenv("Q_PRIVATE_SETTING_PATH", "private_settings_10_0_0_5_88");
         QCOMPARE(SettingsFile::ofCurrentPortal().read("language", "en"), QString("uk"));
     }
@@ -108,7 +108,7 @@ private slots:
     {
         qunsetenv("Q_PRIVATE_SETTING_PATH");
         const SettingsFile settings = SettingsFile::ofCurrentPortal();
-        settings.write("language", "uk");
+        settings.write({{"language", "uk"}});
         QCOMPARE(settings.read("language", "en"), QString("en"));
         QVERIFY(QDir(m_dir->path()).isEmpty());
     }
@@ -192,28 +192,6 @@ private slots:
         QCOMPARE(loadUserData(fileName), expected);
         if (expected == "saved")
             QCOMPARE(contentOf(m_dir->filePath(fileName)), QByteArray("saved away"));
-    }
-
-    void endlessUserDataIsRefused()
-    {
-        QVERIFY(QFile::link("/dev/zero", m_dir->filePath("endless")));
-        QCOMPARE(loadUserData("endless"), QString());
-    }
-
-    void boxParameters()
-    {
-        QVERIFY(!readBoxParameters());
-        QVERIFY(!writeBoxParameters("x"));
-        QVERIFY(QDir(m_dir->path()).mkpath("etc/stb_params"));
-        QVERIFY(!readBoxParameters());
-        QVERIFY(!writeBoxParameters("x"));
-        QVERIFY(QDir(m_dir->path()).rmdir("etc/stb_params"));
-
-        const QString text = "a=1\r\nb = \"ü\"\n\n";
-        QVERIFY(writeBoxParameters("something longer than what follows"));
-        QVERIFY(writeBoxParameters(text));
-        QCOMPARE(contentOf(m_dir->filePath("etc/stb_params")), text.toUtf8());
-        QCOMPARE(readBoxParameters().value_or("nothing"), text);
     }
 
     void parameterQuery_data()

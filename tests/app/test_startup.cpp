@@ -14,7 +14,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cstdlib>
 #include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -47,6 +50,33 @@ private slots:
         QCOMPARE(whole, 100);
     }
 
+    void plantedLog_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<bool>("isUsed");
+        row("link", QByteArray("ln -s target log"), false);
+        row("hard link", QByteArray("ln target log"), false);
+        row("pipe", QByteArray("mkfifo log"), false);
+        row("folder", QByteArray("mkdir log"), false);
+        row("another user's", QByteArray("touch log; chown 1234 log"), ::geteuid() != 0);
+        row("nothing", QByteArray("true"), true);
+    }
+
+    /** Anybody may put something at the log's place; nothing of it is followed or waited for. */
+    void plantedLog()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(bool, isUsed);
+        const auto run = [](QByteArray script) {
+            return std::system(script.replace("target", "/tmp/target").replace("log", logFile));
+        };
+        QCOMPARE(run("rm -rf log target; touch target; " + command + " 2>&1"), 0);
+        writeToLog(QtDebugMsg, QMessageLogContext(), "a line");
+        QCOMPARE(run("test ! -s target"), 0);
+        QCOMPARE(run("test -f log && grep -q ': a line$' log") == 0, isUsed);
+        QCOMPARE(run("rm -rf log target"), 0);
+    }
+
     void start_data()
     {
         QTest::addColumn<QString>("logSwitch");
@@ -72,7 +102,7 @@ private slots:
             root.write("home/default/action.sh",
                        "#!/bin/sh\nenv > " + BoxPaths::root().toUtf8() + "/environment\n");
         QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeUser);
-        const int logged = contentOf(logFile).size();
+        const int logged = QFile::exists(logFile) ? contentOf(logFile).size() : 0;
 
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -103,6 +133,9 @@ private slots:
         QVERIFY(program.waitForFinished());
 
         const QByteArray written = contentOf(logFile).mid(logged);
+        static const QRegularExpression firstLine(
+            "^\\d\\d:\\d\\d:\\d\\d: vesprel 1\\.0(, build [0-9a-f]{7,}(-dirty)?)?\n");
+        QCOMPARE(firstLine.match(written).hasMatch(), logSwitch == "true");
         const QByteArray marker = "[Web] \"marker " + server.url("/c/").toEncoded();
         QCOMPARE(written.contains(marker), logSwitch == "true");
         QCOMPARE(program.readAllStandardError().contains(marker), logSwitch != "true");

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/program_version.h"
+
+#include "build_commit.h"
+
+QString programVersion()
+{
+    const QString version = "vesprel " VESPREL_VERSION;
+    const QString commit = VESPREL_BUILD_COMMIT;
+    return commit.isEmpty() ? version : version + ", build " + commit;
+}

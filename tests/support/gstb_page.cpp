@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/gstb_page.h"
+
+#include "platform/box_paths.h"
+
+#include <QFile>
+#include <QWebFrame>
+
+GstbPage::Folder::Folder()
+{
+    BoxPaths::setRoot(root.path());
+    qputenv("APP_HOME", QFile::encodeName(root.path() + '/'));
+    qputenv("Q_PRIVATE_SETTING_PATH", "settings");
+}
+
+GstbPage::GstbPage()
+    : requests(gSTB)
+{
+    m_page.mainFrame()->addToJavaScriptWindowObject("gSTB", &gSTB);
+}
+
+QVariant GstbPage::evaluate(QString script)
+{
+    return m_page.mainFrame()->evaluateJavaScript(script.replace("ROOT", m_folder.root.path()));
+}
+
+QString GstbPage::answer(const QString &expression)
+{
+    return evaluate("var answer = " + expression +
+                    "; answer === undefined ? 'null' : JSON.stringify(answer)")
+        .toString();
+}
