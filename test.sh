@@ -1,16 +1,31 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Installs what is missing, builds and runs all tests: ./test.sh [PRESET...], by default "desktop".
-# The presets that have tests are "desktop" and "sanitize".
+# Installs what is missing, then takes each argument in turn: ./test.sh [lint|PRESET...]. "lint" runs
+# the linters; a preset is built, and "desktop" (the default) and "sanitize" run all tests.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
+. .ci/stage.sh
 
-# shellcheck disable=SC2086 # a list of words
-install_missing $build_packages $test_packages
+# shellcheck disable=SC2086 # lists of words
+stage install install_missing $build_packages $test_packages
 
-for preset in "${@:-desktop}"; do
-    cmake --preset "$preset" -DVESPREL_WERROR=ON
-    cmake --build --preset "$preset"
-    ctest --preset "$preset"
+lint_failed=
+for target in "${@:-desktop}"; do
+    if [ "$target" = lint ]; then
+        # What the linters find stops no test from running.
+        .ci/lint || lint_failed=yes
+        continue
+    fi
+    stage "$target: configure" cmake --preset "$target" -DVESPREL_WERROR=ON
+    stage "$target: build" cmake --build --preset "$target"
+    if [ "$target" != box ]; then
+        echo "==> $target: test"
+        ctest --preset "$target"
+    fi
 done
+
+if [ -n "$lint_failed" ]; then
+    echo "The linters found something, see above." >&2
+    exit 1
+fi

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "desktop/recordings/ffmpeg_recordings.h"
-#include "desktop/recordings/memory_recordings.h"
+#include "desktop/console/script.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/receiver.h"
 #include "desktop/receiver_options.h"
+#include "desktop/recordings/ffmpeg_recordings.h"
+#include "desktop/recordings/memory_recordings.h"
 #include "desktop/screen/screen.h"
-#include "desktop/console/script.h"
 #include "desktop/termination_signals.h"
 #include "platform/box_paths.h"
 

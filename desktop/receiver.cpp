@@ -2,9 +2,9 @@
 #include "desktop/receiver.h"
 
 #include "desktop/link/command_text.h"
-#include "desktop/player/media_player.h"
 #include "desktop/link/payload.h"
 #include "desktop/link/protocol_server.h"
+#include "desktop/player/media_player.h"
 #include "desktop/recordings/recording_requests.h"
 #include "desktop/recordings/storage_information.h"
 

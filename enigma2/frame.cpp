@@ -5,7 +5,7 @@
 
 std::array<char, frameHeaderSize> packFrameHeader(std::int32_t type, std::size_t payloadSize)
 {
-    std::array<char, frameHeaderSize> header;
+    std::array<char, frameHeaderSize> header{};
     struct_pack(header.data(), "!III", frameMagic, type, static_cast<std::uint32_t>(payloadSize));
     return header;
 }

@@ -222,7 +222,7 @@ int process(Stream stream, const char *format, Arguments &arguments)
 
 int struct_pack_into(char *buffer, int offset, const char *format, std::va_list arguments)
 {
-    Arguments copy;
+    Arguments copy{};
     va_copy(copy.list, arguments);
     const int end = process(Writer(buffer, offset), format, copy);
     va_end(copy.list);
@@ -240,7 +240,7 @@ int struct_pack(char *buffer, const char *format, ...)
 
 int struct_unpack_from(const char *buffer, int offset, const char *format, std::va_list arguments)
 {
-    Arguments copy;
+    Arguments copy{};
     va_copy(copy.list, arguments);
     const int end = process(Reader(buffer, offset), format, copy);
     va_end(copy.list);

@@ -8,6 +8,8 @@ play_packages="mpv ffmpeg picom"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
 test_packages="mpv ffmpeg"
+# What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
+lint_packages="clang-format clang-tidy clazy shellcheck"
 
 # install_missing PACKAGE...: installs what is not there, as root or through sudo.
 install_missing() {

@@ -12,7 +12,7 @@
 namespace {
 
 // Longest piece of a provisioning file that is looked at; a processor list takes a few KiB.
-constexpr qint64 longestText = 64 * 1024;
+constexpr qint64 longestText = 64LL * 1024;
 
 // The first and the last 256 addresses of 169.254.0.0/16 are reserved, no interface takes one by
 // itself: an administrator who gave such an address means it.

@@ -21,7 +21,7 @@ Console::Console(int descriptor, QObject *parent)
 
 void Console::readSome()
 {
-    std::array<char, 4096> bytes;
+    std::array<char, 4096> bytes{};
     const ssize_t count = ::read(m_descriptor, bytes.data(), bytes.size());
     if (count > 0) {
         m_pending.append(bytes.data(), static_cast<int>(count));

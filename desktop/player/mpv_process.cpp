@@ -6,8 +6,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <utility>
-
 namespace {
 
 constexpr int startPatienceMs = 5000;
@@ -75,14 +73,14 @@ void MpvProcess::kill()
     forget();
 }
 
-void MpvProcess::command(const QJsonArray &words, Reply reply)
+void MpvProcess::command(const QJsonArray &words, const Reply &reply)
 {
     if (!isRunning())
         return;
     QJsonObject request = {{"command", words}};
     request["request_id"] = ++m_lastRequest;
     if (reply)
-        m_replies.insert(m_lastRequest, std::move(reply));
+        m_replies.insert(m_lastRequest, reply);
     m_socket->write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
     m_socket->flush();
 }

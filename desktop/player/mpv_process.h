@@ -45,7 +45,7 @@ public:
     void kill();
 
     /** Sends a command. Without a running mpv nothing is sent and no answer comes. */
-    void command(const QJsonArray &words, Reply reply = {});
+    void command(const QJsonArray &words, const Reply &reply = {});
 
 signals:
     /** An event of mpv; its name is the member "event". */

@@ -30,10 +30,10 @@ public:
 private:
     struct Track
     {
-        int number;
-        int pid;
+        int number = 0;
+        int pid = 0;
         QString language;
-        bool selected;
+        bool selected = false;
     };
 
     bool hasPid(int pid) const;

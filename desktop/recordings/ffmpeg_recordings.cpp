@@ -19,7 +19,7 @@ namespace {
 
 constexpr qint64 msPerSecond = 1000;
 // The clock of the machine may be set while we wait.
-constexpr qint64 longestWaitMs = 60 * 1000;
+constexpr qint64 longestWaitMs = 60LL * 1000;
 
 qint64 now() { return QDateTime::currentSecsSinceEpoch(); }
 

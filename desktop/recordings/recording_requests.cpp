@@ -73,7 +73,8 @@ QString recordingsByIds(const Recordings &recordings, const QByteArray &payload)
 QString allRecordings(const Recordings &recordings)
 {
     QJsonArray tasks;
-    for (const RecordingTask &task : recordings.all())
+    const QVector<RecordingTask> all = recordings.all();
+    for (const RecordingTask &task : all)
         tasks.append(recordingJson(task));
     return compactText(tasks);
 }

@@ -36,7 +36,8 @@ QString storageInformation()
     const QStorageInfo root = QStorageInfo::root();
     QJsonArray volumes = {volumeJson(root)};
     QSet<QByteArray> devices = {root.device()};
-    for (const QStorageInfo &volume : QStorageInfo::mountedVolumes()) {
+    const QList<QStorageInfo> mounted = QStorageInfo::mountedVolumes();
+    for (const QStorageInfo &volume : mounted) {
         if (!isDisk(volume) || devices.contains(volume.device()))
             continue;
         devices.insert(volume.device());

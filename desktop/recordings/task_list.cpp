@@ -38,7 +38,8 @@ RecordingTask taskOf(const QJsonObject &object)
     const int state = object["state"].toInt();
     if (state >= int(RecordingState::Waiting) && state <= int(RecordingState::Finished))
         task.state = static_cast<RecordingState>(state);
-    for (const QJsonValue &file : object["files"].toArray())
+    const QJsonArray files = object["files"].toArray();
+    for (const auto &file : files)
         task.files += file.toString();
     return task;
 }
@@ -50,7 +51,8 @@ TaskList TaskList::fromJson(const QJsonObject &object)
     TaskList list;
     list.m_maximumCount = std::max(1, object["maximumCount"].toInt(list.m_maximumCount));
     list.m_nextId = std::max(1, object["nextId"].toInt());
-    for (const QJsonValue &value : object["tasks"].toArray()) {
+    const QJsonArray tasks = object["tasks"].toArray();
+    for (const auto &value : tasks) {
         const RecordingTask task = taskOf(value.toObject());
         if (task.id < 1 || task.id >= noMoreIds || list.indexOf(task.id) >= 0)
             continue;

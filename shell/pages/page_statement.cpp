@@ -48,7 +48,7 @@ QString keyboardPress(QString key, const QString &id)
 {
     key.replace("\\", "\\\\");
     // One after the other: a key such as "%2" takes the id's place, as it always did.
-    return QString("KeyboardPress('%1', '%2')").arg(key).arg(id);
+    return QString("KeyboardPress('%1', '%2')").arg(key).arg(id); // clazy:exclude=qstring-arg
 }
 
 } // namespace PageStatement

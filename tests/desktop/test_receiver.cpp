@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console_command.h"
-#include "desktop/recordings/memory_recordings.h"
 #include "desktop/link/protocol_server.h"
-#include "desktop/receiver.h"
 #include "desktop/player/simulated_player.h"
+#include "desktop/receiver.h"
+#include "desktop/recordings/memory_recordings.h"
 #include "platform/box_paths.h"
 
 #include <QDataStream>

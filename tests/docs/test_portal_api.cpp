@@ -6,8 +6,8 @@
 #include "objects/pvr_manager.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
-#include "shell/pages/page_statement.h"
 #include "shell/pages/injected_script.h"
+#include "shell/pages/page_statement.h"
 
 #include <QFile>
 #include <QMetaMethod>
@@ -226,9 +226,8 @@ private slots:
             PageStatement::audioTracksChanged, PageStatement::subtitleTracksChanged,
             PageStatement::usbMounted,         PageStatement::usbUnmounted,
             PageStatement::firstPlay,          PageStatement::portalLoaded};
-        for (const auto code :
-             {PageStatement::Recording::Finished, PageStatement::Recording::Error,
-              PageStatement::Recording::Started})
+        for (const auto code : {PageStatement::Recording::Finished, PageStatement::Recording::Error,
+                                PageStatement::Recording::Started})
             raised.append(PageStatement::recording(code));
         const QStringList documented = select("Code", [](const Row &row) { return row.cell(1); });
         const QString text = disagreement(documented, raised);

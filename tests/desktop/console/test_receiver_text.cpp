@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "desktop/link/command_text.h"
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "desktop/player/play_request.h"
-#include "desktop/receiver_options.h"
 #include "desktop/console/script.h"
+#include "desktop/link/command_text.h"
+#include "desktop/player/play_request.h"
 #include "desktop/player/simulated_player.h"
+#include "desktop/receiver_options.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -55,7 +55,7 @@
     }
 
     function up() {
-        var parts = /^(.*\/)([^\/]+\/)$/.exec(folder);
+        var parts = /^(.*\/)([^/]+\/)$/.exec(folder);
         folder = parts[1];
         show();
         select(parts[2]);
