@@ -15,6 +15,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -234,6 +235,8 @@ private slots:
 
     void storageListsTheRoot()
     {
+        if (QStorageInfo::root().rootPath() != "/")
+            QSKIP("\"/\" is no mount point here, as in a chroot");
         Link link;
         link.commander.write(bytes("3ade68b1 0000076e 00000000"));
         QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f8")) && link.received.endsWith("]"));
