@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/receiver.h"
 
-#include "desktop/link/command_text.h"
+#include "desktop/link/message_text.h"
 #include "desktop/link/payload.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/player/media_player.h"
@@ -61,104 +61,116 @@ void Receiver::connectRecordings()
     connect(&m_recordings, &Recordings::message, this, &Receiver::message);
 }
 
+/** What one command does. */
+struct Receiver::CommandHandler
+{
+    Command command;
+    void (*handle)(Receiver &receiver, const QByteArray &payload);
+};
+
+namespace {
+
+constexpr int volumeStep = 5; ///< Percent.
+
+QRect areaOf(const QByteArray &payload)
+{
+    return {integerAt(payload, 0), integerAt(payload, 1), integerAt(payload, 2),
+            integerAt(payload, 3)};
+}
+
+template <typename Handlers>
+constexpr bool handlesEachOnce(const Handlers &handlers)
+{
+    for (const CommandRow &row : commandRows) {
+        int count = 0;
+        for (const auto &handler : handlers)
+            count += handler.command == row.command ? 1 : 0;
+        if (count != 1)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+// clang-format off
+constexpr Receiver::CommandHandler Receiver::commandHandlers[] = {
+    {Command::MediaPlay,     [](Receiver &r, const QByteArray &p) { r.m_player.play(parsePlayText(commandText(p))); }},
+    {Command::MediaStop,     [](Receiver &r, const QByteArray &)  { r.m_player.stop(); }},
+    {Command::MediaPause,    [](Receiver &r, const QByteArray &)  { r.m_player.pause(); }},
+    {Command::MediaResume,   [](Receiver &r, const QByteArray &)  { r.m_player.resume(); }},
+    {Command::MediaSeek,     [](Receiver &r, const QByteArray &p) { r.m_player.seek(integerAt(p, 0)); }},
+    {Command::AudioTrack,    [](Receiver &r, const QByteArray &p) { r.m_player.selectAudioTrack(integerAt(p, 0)); }},
+    {Command::SubtitleTrack, [](Receiver &r, const QByteArray &p) { r.m_player.selectSubtitleTrack(integerAt(p, 0)); }},
+    {Command::SubtitleOnOff, [](Receiver &r, const QByteArray &p) { r.m_player.showSubtitles(integerAt(p, 0) != 0); }},
+    {Command::VolumeUp,      [](Receiver &r, const QByteArray &)  { r.m_player.changeVolume(volumeStep); }},
+    {Command::VolumeDown,    [](Receiver &r, const QByteArray &)  { r.m_player.changeVolume(-volumeStep); }},
+    {Command::Mute,          [](Receiver &r, const QByteArray &)  { r.m_player.toggleMute(); }},
+    {Command::SetAspect,     [](Receiver &r, const QByteArray &p) { r.m_player.setAspect(static_cast<Aspect>(integerAt(p, 0))); }},
+    {Command::AudioPrimaryLanguage,      [](Receiver &r, const QByteArray &p) { r.setAudioLanguage(0, p); }},
+    {Command::AudioSecondaryLanguage,    [](Receiver &r, const QByteArray &p) { r.setAudioLanguage(1, p); }},
+    {Command::SubtitlePrimaryLanguage,   [](Receiver &r, const QByteArray &p) { r.setSubtitleLanguage(0, p); }},
+    {Command::SubtitleSecondaryLanguage, [](Receiver &r, const QByteArray &p) { r.setSubtitleLanguage(1, p); }},
+    {Command::VirtualScreen, [](Receiver &r, const QByteArray &p) { r.setScreenWidth(integerAt(p, 0)); }},
+    {Command::ViewPort,      [](Receiver &r, const QByteArray &p) { r.setVideoArea(areaOf(p)); }},
+    {Command::GetStorageInfo,   [](Receiver &r, const QByteArray &)  { r.answer(Command::GetStorageInfo, storageInformation()); }},
+    {Command::PvrCreateTask,    [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrCreateTask, createRecording(r.m_recordings, p)); }},
+    {Command::PvrRemoveTask,    [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrRemoveTask, removeRecording(r.m_recordings, p)); }},
+    {Command::PvrChangeEndTime, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrChangeEndTime, changeRecordingEnd(r.m_recordings, p)); }},
+    {Command::PvrGetTaskById,   [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrGetTaskById, recordingById(r.m_recordings, p)); }},
+    {Command::PvrGetTasksByIds, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrGetTasksByIds, recordingsByIds(r.m_recordings, p)); }},
+    {Command::PvrSetMaxRecordingCount, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrSetMaxRecordingCount, setMostRecordings(r.m_recordings, p)); }},
+    {Command::PvrGetAllTasks,   [](Receiver &r, const QByteArray &)  { r.answer(Command::PvrGetAllTasks, allRecordings(r.m_recordings)); }},
+    // A PC has nothing to reboot, to start or to switch off: the printed line is all.
+    {Command::Reboot,  [](Receiver &, const QByteArray &) {}},
+    {Command::RunApp,  [](Receiver &, const QByteArray &) {}},
+    {Command::Standby, [](Receiver &, const QByteArray &) {}},
+    {Command::Exit,    [](Receiver &, const QByteArray &) {}},
+};
+// clang-format on
+
 void Receiver::handleCommand(int type, const QByteArray &payload)
 {
+    static_assert(handlesEachOnce(commandHandlers), "each command needs one handler");
     emit message(describeCommand(type, payload));
-    controlPlayer(type, payload);
-    adjustPlayer(type, payload);
-    adjustScreen(type, payload);
-    answerRequest(type, payload);
-}
-
-void Receiver::controlPlayer(int type, const QByteArray &payload)
-{
-    switch (static_cast<Command>(type)) {
-    case Command::MediaPlay: m_player.play(parsePlayText(commandText(payload))); break;
-    case Command::MediaStop: m_player.stop(); break;
-    case Command::MediaPause: m_player.pause(); break;
-    case Command::MediaResume: m_player.resume(); break;
-    case Command::MediaSeek: m_player.seek(integerAt(payload, 0)); break;
-    case Command::AudioTrack: m_player.selectAudioTrack(integerAt(payload, 0)); break;
-    case Command::SubtitleTrack: m_player.selectSubtitleTrack(integerAt(payload, 0)); break;
-    default: break;
+    for (const CommandHandler &handler : commandHandlers) {
+        if (static_cast<int>(handler.command) == type)
+            handler.handle(*this, payload);
     }
 }
 
-void Receiver::adjustPlayer(int type, const QByteArray &payload)
+void Receiver::setAudioLanguage(int rank, const QByteArray &payload)
 {
-    constexpr int volumeStep = 5;
-    const auto setLanguage = [&payload](QStringList &languages, int rank) {
-        languages[rank] = commandText(payload);
-        return languages;
-    };
-    switch (static_cast<Command>(type)) {
-    case Command::AudioPrimaryLanguage:
-        m_player.setAudioLanguages(setLanguage(m_audioLanguages, 0));
-        break;
-    case Command::AudioSecondaryLanguage:
-        m_player.setAudioLanguages(setLanguage(m_audioLanguages, 1));
-        break;
-    case Command::SubtitlePrimaryLanguage:
-        m_player.setSubtitleLanguages(setLanguage(m_subtitleLanguages, 0));
-        break;
-    case Command::SubtitleSecondaryLanguage:
-        m_player.setSubtitleLanguages(setLanguage(m_subtitleLanguages, 1));
-        break;
-    case Command::SubtitleOnOff: m_player.showSubtitles(integerAt(payload, 0) != 0); break;
-    case Command::VolumeUp: m_player.changeVolume(volumeStep); break;
-    case Command::VolumeDown: m_player.changeVolume(-volumeStep); break;
-    case Command::Mute: m_player.toggleMute(); break;
-    default: break;
-    }
+    m_audioLanguages[rank] = commandText(payload);
+    m_player.setAudioLanguages(m_audioLanguages);
 }
 
-void Receiver::adjustScreen(int type, const QByteArray &payload)
+void Receiver::setSubtitleLanguage(int rank, const QByteArray &payload)
 {
-    switch (static_cast<Command>(type)) {
-    case Command::VirtualScreen: m_viewport.screenWidth = integerAt(payload, 0); break;
-    case Command::ViewPort:
-        m_viewport.area = QRect(integerAt(payload, 0), integerAt(payload, 1), integerAt(payload, 2),
-                                integerAt(payload, 3));
-        break;
-    case Command::SetAspect: m_player.setAspect(static_cast<Aspect>(integerAt(payload, 0))); return;
-    default: return;
-    }
+    m_subtitleLanguages[rank] = commandText(payload);
+    m_player.setSubtitleLanguages(m_subtitleLanguages);
+}
+
+void Receiver::setScreenWidth(int width)
+{
+    m_viewport.screenWidth = width;
     emit viewportChanged(m_viewport);
 }
 
-void Receiver::answerRequest(int type, const QByteArray &payload)
+void Receiver::setVideoArea(const QRect &area)
 {
-    const auto answerNumber = [this](Event event, int number) {
-        m_server.send(event, integerPayload(number));
-    };
-    const auto answerText = [this](Event event, const QString &text) {
-        m_server.send(event, text.toUtf8());
-    };
-    switch (static_cast<Command>(type)) {
-    case Command::GetStorageInfo: answerText(Event::StorageInfo, storageInformation()); break;
-    case Command::PvrCreateTask:
-        answerNumber(Event::PvrTaskCreated, createRecording(m_recordings, payload));
-        break;
-    case Command::PvrRemoveTask:
-        answerNumber(Event::PvrTaskRemoved, removeRecording(m_recordings, payload));
-        break;
-    case Command::PvrChangeEndTime:
-        answerNumber(Event::PvrEndTimeChanged, changeRecordingEnd(m_recordings, payload));
-        break;
-    case Command::PvrGetTaskById:
-        answerText(Event::PvrTaskById, recordingById(m_recordings, payload));
-        break;
-    case Command::PvrGetTasksByIds:
-        answerText(Event::PvrTasksByIds, recordingsByIds(m_recordings, payload));
-        break;
-    case Command::PvrSetMaxRecordingCount:
-        answerNumber(Event::PvrMaxRecordingCountSet, setMostRecordings(m_recordings, payload));
-        break;
-    case Command::PvrGetAllTasks:
-        answerText(Event::PvrAllTasks, allRecordings(m_recordings));
-        break;
-    default: break;
-    }
+    m_viewport.area = area;
+    emit viewportChanged(m_viewport);
+}
+
+void Receiver::answer(Command request, int number)
+{
+    m_server.send(findAnswerTo(request)->event, integerPayload(number));
+}
+
+void Receiver::answer(Command request, const QString &text)
+{
+    m_server.send(findAnswerTo(request)->event, text.toUtf8());
 }
 
 void Receiver::runConsoleCommand(const ConsoleCommand &command)
@@ -176,15 +188,15 @@ void Receiver::sendConsoleEvent(const ConsoleCommand &command)
 {
     switch (command.event) {
     case Event::PvrRecordingStarted:
-        m_recordings.setState(command.first, RecordingState::Recording);
+        m_recordings.setState(integerAt(command.payload, 0), RecordingState::Recording);
         break;
     case Event::PvrRecordingFinished:
-        m_recordings.setState(command.first, RecordingState::Finished);
+        m_recordings.setState(integerAt(command.payload, 0), RecordingState::Finished);
         break;
     case Event::PvrRecordingError:
-        m_recordings.setState(command.first, RecordingState::Failed);
+        m_recordings.setState(integerAt(command.payload, 0), RecordingState::Failed);
         break;
     default: break;
     }
-    m_server.send(command.event, eventPayload(command));
+    m_server.send(command.event, command.payload);
 }

@@ -40,14 +40,19 @@ signals:
     void viewportChanged(const Viewport &viewport);
 
 private:
+    struct CommandHandler;
+    static const CommandHandler commandHandlers[];
+
     void connectPlayer();
     void connectRecordings();
     void forgetProgram();
     void handleCommand(int type, const QByteArray &payload);
-    void controlPlayer(int type, const QByteArray &payload);
-    void adjustPlayer(int type, const QByteArray &payload);
-    void adjustScreen(int type, const QByteArray &payload);
-    void answerRequest(int type, const QByteArray &payload);
+    void setAudioLanguage(int rank, const QByteArray &payload);
+    void setSubtitleLanguage(int rank, const QByteArray &payload);
+    void setScreenWidth(int width);
+    void setVideoArea(const QRect &area);
+    void answer(Command request, int number);
+    void answer(Command request, const QString &text);
     void sendConsoleEvent(const ConsoleCommand &command);
 
     ProtocolServer &m_server;

@@ -52,8 +52,8 @@ ReceiverOptions parseReceiverOptions(const QStringList &arguments)
     ReceiverOptions options;
     if (!line.parser.parse(arguments))
         options.failure = line.parser.errorText();
-    else if (!line.parser.positionalArguments().isEmpty())
-        options.failure = "Unexpected argument: " + line.parser.positionalArguments().first();
+    else if (const QStringList surplus = line.parser.positionalArguments(); !surplus.isEmpty())
+        options.failure = "Unexpected argument: " + surplus.first();
     options.wantsHelp = line.parser.isSet(line.help);
     options.scriptFile = line.parser.value(line.script);
     options.readyFile = line.parser.value(line.ready);

@@ -2,23 +2,29 @@
 #include "enigma2/enigma2.h"
 
 #include "enigma2/enigma2_thread.h"
+#include "enigma2/frame.h"
 #include "platform/log_record.h"
-
-#include <QIODevice>
 
 Enigma2::Enigma2(QObject *parent)
     : QObject(parent)
     , m_sendSocket(new QLocalSocket(this))
-    , m_thread(std::make_unique<Enigma2Thread>(this))
+    , m_events([this] {
+        QMetaObject::invokeMethod(this, &Enigma2::deliverEvents, Qt::QueuedConnection);
+    })
+    , m_thread(std::make_unique<Enigma2Thread>(m_events, m_answers))
 {
+    m_nextSlice.setSingleShot(true);
+    connect(&m_nextSlice, &QTimer::timeout, this, &Enigma2::deliverEvents);
     connect(m_sendSocket, &QLocalSocket::connected, this, &Enigma2::onConnected);
     connect(m_sendSocket, &QLocalSocket::errorOccurred, this, &Enigma2::onError);
 }
 
 Enigma2::~Enigma2()
 {
-    // While the process lives nobody asks the reader to stop; here it must, since it uses this.
+    // While the process lives nobody asks the reader to stop; here it must, since it uses the
+    // members.
     m_thread->requestInterruption();
+    m_events.close();
     m_thread->wait();
 }
 
@@ -45,16 +51,6 @@ void Enigma2::SendString(Command type, const QString &text)
 {
     const QByteArray bytes = text.toLatin1();
     SendMessage(type, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
-}
-
-void Enigma2::ReadMessages(QIODevice &socket)
-{
-    const QByteArray bytes = socket.readAll();
-    m_splitter.feed({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    Frame frame;
-    // A lone piece of a header yields frames without end, so leaving must stay possible.
-    while (!m_thread->isInterruptionRequested() && m_splitter.next(frame))
-        HandleMessage(frame.type, frame.payload);
 }
 
 void Enigma2::onConnected()

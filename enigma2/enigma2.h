@@ -1,27 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "enigma2/frame.h"
+#include "enigma2/answer_mailbox.h"
+#include "enigma2/event_queue.h"
 #include "enigma2/messages.h"
 
 #include <QByteArray>
 #include <QLocalSocket>
-#include <QMutex>
 #include <QObject>
 #include <QString>
-#include <QWaitCondition>
+#include <QTimer>
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 class Enigma2Thread;
-class QIODevice;
 class QJsonObject;
 
 /**
- * Client of the receiver process: one slot per command, one signal per event. Commands leave on a
- * socket of the GUI thread; a reader thread owns a second socket and emits the signals, so that
- * receivers in the GUI thread get them queued.
+ * Client of the receiver process: one slot per command, one signal per event. It lives in the GUI
+ * thread. Commands leave on its own socket; a reader thread owns a second one and hands over the
+ * events by a queue, which is emptied from the event loop in slices, so that keys and the screen
+ * come through however many there are, and the answers by a mailbox.
  *
  * Eight requests wait for their answer and block the GUI thread for at most the reply timeout;
  * unanswered they return their default. Commands sent while unconnected are lost; nothing
@@ -45,12 +46,6 @@ public:
 
     /** Sends the Latin-1 bytes of a text; other characters leave as question marks. */
     void SendString(Command type, const QString &text);
-
-    /** Takes all that can be read from the receive socket and handles it. Reader thread. */
-    void ReadMessages(QIODevice &socket);
-
-    /** Handles one message. A payload that is too short reads as zeros. Reader thread. */
-    void HandleMessage(std::int32_t type, std::string_view payload);
 
     /** How long a request waits for its answer, in ms; 3000 unless set. */
     void setReplyTimeout(int milliseconds) { m_replyTimeout = milliseconds; }
@@ -113,32 +108,17 @@ private slots:
 private:
     QByteArray sendInteger(Command type, int value);
 
-    /**
-     * Sends a request and waits for its answer; false when it timed out. The request mutex is
-     * held by the caller, so an answer cannot slip by between sending and waiting.
-     */
-    bool requestLocked(Command type, const QByteArray &payload, const char *name);
-    void voidRequest(Command type, const QJsonObject &payload, const char *name);
-    int integerRequest(Command type, const QJsonObject &payload, const char *name);
-    QString textRequest(Command type, const QByteArray &payload, const char *name,
-                        const QString &unanswered);
+    /** Send a request and wait for its answer; nothing, and a record with the name, without one. */
+    std::optional<int> integerRequest(Command type, const QJsonObject &payload, const char *name);
+    std::optional<QString> textRequest(Command type, const QByteArray &payload, const char *name);
 
-    void handleNewPortal(const QString &url);
-    void handleTrackList(std::string_view payload, void (Enigma2::*signal)(QString),
-                         const char *record);
-    void handleTrack(std::string_view payload, void (Enigma2::*signal)(int), const char *record);
-    void answerInteger(Command request, std::string_view payload);
-    void answerText(Command request, std::string_view payload);
-    void answerAllTasks(std::string_view payload);
-    void wakeRequest(Command request);
+    void deliverEvents();
+    void raise(const ReceivedEvent &event);
 
     QLocalSocket *m_sendSocket;
-    FrameSplitter m_splitter;
-    QMutex m_requestMutex;
-    QWaitCondition m_replyCondition;
-    QString m_stringResult;
-    std::int32_t m_integerResult = 0;
-    std::int32_t m_awaitedRequest = 0;
     int m_replyTimeout = 3000;
+    QTimer m_nextSlice;
+    AnswerMailbox m_answers;
+    EventQueue m_events;
     std::unique_ptr<Enigma2Thread> m_thread;
 };

@@ -6,10 +6,8 @@
 #include "enigma2/struct_codec.h"
 #include "platform/log_record.h"
 
-#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMutexLocker>
 
 namespace {
 
@@ -31,6 +29,25 @@ QByteArray packJson(const QJsonObject &object)
     const QByteArray json = QJsonDocument(object).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(json).toLatin1();
 }
+
+/** Lets the reader thread read on while a request waits: the answer may come behind many events. */
+class GrowingQueue
+{
+public:
+    explicit GrowingQueue(EventQueue &queue)
+        : m_queue(queue)
+    {
+        m_queue.setGrowing(true);
+    }
+
+    ~GrowingQueue() { m_queue.setGrowing(false); }
+
+    GrowingQueue(const GrowingQueue &) = delete;
+    GrowingQueue &operator=(const GrowingQueue &) = delete;
+
+private:
+    EventQueue &m_queue;
+};
 
 } // namespace
 
@@ -106,80 +123,75 @@ void Enigma2::RunApp(const QString &app)
 
 QString Enigma2::GetStorageInfo()
 {
-    return textRequest(Command::GetStorageInfo, {}, "GetStorageInfo", "[]");
+    return textRequest(Command::GetStorageInfo, {}, "GetStorageInfo").value_or("[]");
 }
 
 int Enigma2::PvrCreateTask(const QString &url, const QString &fileName, const QString &startTime,
                            const QString &endTime)
 {
-    return integerRequest(
-        Command::PvrCreateTask,
-        {{"url", url}, {"fileName", fileName}, {"startTime", startTime}, {"endTime", endTime}},
-        "PvrCreateTask");
+    return integerRequest(Command::PvrCreateTask,
+                          {{"url", url},
+                           {"fileName", fileName},
+                           {"startTime", startTime},
+                           {"endTime", endTime}},
+                          "PvrCreateTask")
+        .value_or(-1);
 }
 
 void Enigma2::PvrRemoveTask(int id, int removeType)
 {
-    voidRequest(Command::PvrRemoveTask, {{"id", id}, {"removeType", removeType}}, "PvrRemoveTask");
+    integerRequest(Command::PvrRemoveTask, {{"id", id}, {"removeType", removeType}},
+                   "PvrRemoveTask");
 }
 
 int Enigma2::PvrChangeEndTime(int id, const QString &endTime)
 {
     return integerRequest(Command::PvrChangeEndTime, {{"id", id}, {"endTime", endTime}},
-                          "PvrChangeEndTime");
+                          "PvrChangeEndTime")
+        .value_or(-1);
 }
 
 QString Enigma2::PvrGetTaskByID(int id)
 {
-    return textRequest(Command::PvrGetTaskById, packJson({{"id", id}}), "PvrGetTaskByID", "{}");
+    return textRequest(Command::PvrGetTaskById, packJson({{"id", id}}), "PvrGetTaskByID")
+        .value_or("{}");
 }
 
 QString Enigma2::PvrGetTasksByIDs(const QString &idList)
 {
     return textRequest(Command::PvrGetTasksByIds, packJson({{"idList", idList}}),
-                       "PvrGetTasksByIDs", "[]");
+                       "PvrGetTasksByIDs")
+        .value_or("[]");
 }
 
 void Enigma2::PvrSetMaxRecordingCnt(int maxCnt)
 {
-    voidRequest(Command::PvrSetMaxRecordingCount, {{"maxCnt", maxCnt}}, "PvrSetMaxRecordingCnt");
+    integerRequest(Command::PvrSetMaxRecordingCount, {{"maxCnt", maxCnt}}, "PvrSetMaxRecordingCnt");
 }
 
 QString Enigma2::PvrGetAllTasks()
 {
-    return textRequest(Command::PvrGetAllTasks, {}, "PvrGetAllTasks", "[]");
+    return textRequest(Command::PvrGetAllTasks, {}, "PvrGetAllTasks").value_or("[]");
 }
 
-bool Enigma2::requestLocked(Command type, const QByteArray &payload, const char *name)
+std::optional<int> Enigma2::integerRequest(Command type, const QJsonObject &payload,
+                                           const char *name)
 {
-    SendMessage(type, view(payload));
-    m_awaitedRequest = static_cast<std::int32_t>(type);
-    const QDeadlineTimer deadline(m_replyTimeout);
-    while (m_awaitedRequest != 0) {
-        if (!m_replyCondition.wait(&m_requestMutex, deadline)) {
-            logRecord(name, "timeout");
-            m_awaitedRequest = 0;
-            return false;
-        }
-    }
-    return true;
+    const GrowingQueue growing(m_events);
+    const auto send = [&] { SendMessage(type, view(packJson(payload))); };
+    const auto answer = m_answers.awaitInteger(type, send, m_replyTimeout);
+    if (!answer)
+        logRecord(name, "timeout");
+    return answer;
 }
 
-void Enigma2::voidRequest(Command type, const QJsonObject &payload, const char *name)
+std::optional<QString> Enigma2::textRequest(Command type, const QByteArray &payload,
+                                            const char *name)
 {
-    QMutexLocker locker(&m_requestMutex);
-    requestLocked(type, packJson(payload), name);
-}
-
-int Enigma2::integerRequest(Command type, const QJsonObject &payload, const char *name)
-{
-    QMutexLocker locker(&m_requestMutex);
-    return requestLocked(type, packJson(payload), name) ? m_integerResult : -1;
-}
-
-QString Enigma2::textRequest(Command type, const QByteArray &payload, const char *name,
-                             const QString &unanswered)
-{
-    QMutexLocker locker(&m_requestMutex);
-    return requestLocked(type, payload, name) ? m_stringResult : unanswered;
+    const GrowingQueue growing(m_events);
+    const auto send = [&] { SendMessage(type, view(payload)); };
+    const auto answer = m_answers.awaitText(type, send, m_replyTimeout);
+    if (!answer)
+        logRecord(name, "timeout");
+    return answer;
 }

@@ -1,165 +1,72 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * What comes from the receiver: events become signals, answers wake the request that waits for
- * them. Runs in the reader thread.
+ * The way of the receiver's events out of the queue: each raises the signal that the table of
+ * messages gives it, which must fit what its payload carries.
  */
 #include "enigma2/enigma2.h"
-#include "enigma2/private_settings_name.h"
-#include "enigma2/struct_codec.h"
-#include "platform/environment.h"
-#include "platform/log_record.h"
 
-#include <QMutexLocker>
-#include <QtGlobal>
-
-#include <algorithm>
-#include <array>
+#include <QElapsedTimer>
 
 namespace {
 
-struct TwoIntegers
-{
-    std::int32_t first = 0;
-    std::int32_t second = 0;
-};
+// Short enough for keys and the screen, long enough to be worth the way through the event loop.
+constexpr int sliceMilliseconds = 10;
 
-/** The first two integers of a payload; bytes that the peer left out read as zero. */
-TwoIntegers unpackTwo(std::string_view payload)
+constexpr PayloadForm formOf(void (Enigma2::*)()) { return PayloadForm::Nothing; }
+constexpr PayloadForm formOf(void (Enigma2::*)(int)) { return PayloadForm::Integer; }
+constexpr PayloadForm formOf(void (Enigma2::*)(int, int)) { return PayloadForm::TwoIntegers; }
+constexpr PayloadForm formOf(void (Enigma2::*)(QString)) { return PayloadForm::Utf8; }
+
+constexpr bool fits(PayloadForm form, PayloadForm signal)
 {
-    std::array<char, 8> bytes = {};
-    std::copy_n(payload.begin(), std::min(payload.size(), bytes.size()), bytes.begin());
-    TwoIntegers values;
-    struct_unpack(bytes.data(), "!II", &values.first, &values.second);
-    return values;
+    return form == signal || (form == PayloadForm::Latin1 && signal == PayloadForm::Utf8);
 }
 
-std::int32_t unpackInteger(std::string_view payload) { return unpackTwo(payload).first; }
+#define CHECK_SIGNAL(number, name, signal, form, ...)                                              \
+    static_assert(fits(PayloadForm::form, formOf(&Enigma2::signal)), "wrong form of " #name);
+VESPREL_EVENTS(CHECK_SIGNAL)
+#undef CHECK_SIGNAL
 
-std::string_view untilNul(std::string_view payload)
+void call(Enigma2 &link, void (Enigma2::*signal)(), const ReceivedEvent &) { (link.*signal)(); }
+
+void call(Enigma2 &link, void (Enigma2::*signal)(int), const ReceivedEvent &event)
 {
-    return payload.substr(0, payload.find('\0'));
+    (link.*signal)(event.first);
 }
 
-QString utf8Text(std::string_view payload)
+void call(Enigma2 &link, void (Enigma2::*signal)(int, int), const ReceivedEvent &event)
 {
-    const std::string_view text = untilNul(payload);
-    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
+    (link.*signal)(event.first, event.second);
 }
 
-QString latin1Text(std::string_view payload)
+void call(Enigma2 &link, void (Enigma2::*signal)(QString), const ReceivedEvent &event)
 {
-    const std::string_view text = untilNul(payload);
-    return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
+    (link.*signal)(event.text);
 }
 
 } // namespace
 
-void Enigma2::HandleMessage(std::int32_t type, std::string_view payload)
+void Enigma2::deliverEvents()
 {
-    switch (static_cast<Event>(type)) {
-    case Event::NewPortal:
-        if (!payload.empty())
-            handleNewPortal(latin1Text(payload));
-        break;
-    case Event::PlayStart: emit OnPlayStart(); break;
-    case Event::PlayEnd: emit OnPlayEnd(); break;
-    case Event::PlayProgressive: emit OnPlayProgressive(); break;
-    case Event::PlayTimeStatus: {
-        const TwoIntegers status = unpackTwo(payload);
-        emit OnPlayTStatus(status.first, status.second);
-        break;
+    QElapsedTimer slice;
+    slice.start();
+    // Started first: should an event open a dialog, its event loop delivers what is behind.
+    m_nextSlice.start(0);
+    while (const auto event = m_events.take()) {
+        raise(*event);
+        if (slice.hasExpired(sliceMilliseconds))
+            return;
     }
-    case Event::AudioPids:
-        handleTrackList(payload, &Enigma2::OnAudioPids, "MsgGetAudioPids: ");
-        break;
-    case Event::AudioPid: handleTrack(payload, &Enigma2::OnAudioPid, "MsgGetAudioPid: "); break;
-    case Event::SubtitlePids:
-        handleTrackList(payload, &Enigma2::OnSubPids, "MsgGetSubPids: ");
-        break;
-    case Event::SubtitlePid: handleTrack(payload, &Enigma2::OnSubPid, "MsgGetSubPid: "); break;
-    case Event::StorageInfo: answerText(Command::GetStorageInfo, payload); break;
-    case Event::UsbMounted: emit OnUsbMounted(); break;
-    case Event::UsbUnmounted: emit OnUsbUmounted(); break;
-    case Event::PvrTaskCreated: answerInteger(Command::PvrCreateTask, payload); break;
-    case Event::PvrTaskRemoved: answerInteger(Command::PvrRemoveTask, payload); break;
-    case Event::PvrEndTimeChanged: answerInteger(Command::PvrChangeEndTime, payload); break;
-    case Event::PvrTaskById: answerText(Command::PvrGetTaskById, payload); break;
-    case Event::PvrTasksByIds: answerText(Command::PvrGetTasksByIds, payload); break;
-    case Event::PvrMaxRecordingCountSet:
-        answerInteger(Command::PvrSetMaxRecordingCount, payload);
-        break;
-    case Event::PvrAllTasks: answerAllTasks(payload); break;
-    case Event::PvrRecordingStarted: emit OnPvrRecStarted(unpackInteger(payload)); break;
-    case Event::PvrRecordingFinished: emit OnPvrRecFinished(unpackInteger(payload)); break;
-    case Event::PvrRecordingError: emit OnPvrRecError(unpackInteger(payload)); break;
-    case Event::PowerOff:
-        logRecord("got power off msg");
-        emit OnPowerOff();
-        break;
-    case Event::PowerOn:
-        logRecord("got power on msg");
-        emit OnPowerOn();
-        break;
+    m_nextSlice.stop();
+}
+
+void Enigma2::raise(const ReceivedEvent &event)
+{
+    switch (event.event) {
+#define RAISE_SIGNAL(number, name, signal, ...)                                                    \
+    case Event::name: call(*this, &Enigma2::signal, event); break;
+        VESPREL_EVENTS(RAISE_SIGNAL)
+#undef RAISE_SIGNAL
+    default: break; // Answers are no events.
     }
-}
-
-void Enigma2::handleNewPortal(const QString &url)
-{
-    // Set before the signal, so that the new portal finds its own settings.
-    if (const auto name = privateSettingsName(url))
-        qputenv(Environment::privateSettingPath, name->toLatin1());
-    emit OnNewPortal(url);
-    logRecord("NewPortal: ", url);
-}
-
-void Enigma2::handleTrackList(std::string_view payload, void (Enigma2::*signal)(QString),
-                              const char *record)
-{
-    if (payload.empty())
-        return;
-    const QString list = utf8Text(payload);
-    emit(this->*signal)(list);
-    logRecord(record, list);
-}
-
-void Enigma2::handleTrack(std::string_view payload, void (Enigma2::*signal)(int),
-                          const char *record)
-{
-    const int pid = unpackInteger(payload);
-    emit(this->*signal)(pid);
-    logRecord(record, pid);
-}
-
-void Enigma2::answerInteger(Command request, std::string_view payload)
-{
-    QMutexLocker locker(&m_requestMutex);
-    m_integerResult = unpackInteger(payload);
-    wakeRequest(request);
-}
-
-void Enigma2::answerText(Command request, std::string_view payload)
-{
-    QMutexLocker locker(&m_requestMutex);
-    // All requests share the text, and an empty answer leaves the previous one: peers rely on it.
-    if (!payload.empty())
-        m_stringResult = utf8Text(payload);
-    wakeRequest(request);
-}
-
-void Enigma2::answerAllTasks(std::string_view payload)
-{
-    {
-        QMutexLocker locker(&m_requestMutex);
-        logRecord("MsgPvrGetAllTasks: ", "start", m_awaitedRequest);
-    }
-    answerText(Command::PvrGetAllTasks, payload);
-    logRecord("MsgPvrGetAllTasks: ", "end");
-}
-
-void Enigma2::wakeRequest(Command request)
-{
-    if (m_awaitedRequest != static_cast<std::int32_t>(request))
-        return;
-    m_awaitedRequest = 0;
-    m_replyCondition.wakeAll();
 }

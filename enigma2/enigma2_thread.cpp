@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "enigma2/enigma2_thread.h"
 
-#include "enigma2/enigma2.h"
+#include "enigma2/message_reader.h"
 #include "platform/log_record.h"
 
 namespace {
@@ -10,14 +10,16 @@ constexpr int pollMilliseconds = 20;
 
 } // namespace
 
-Enigma2Thread::Enigma2Thread(Enigma2 *owner)
-    : m_owner(owner)
+Enigma2Thread::Enigma2Thread(EventQueue &events, AnswerMailbox &answers)
+    : m_events(events)
+    , m_answers(answers)
 {
 }
 
 void Enigma2Thread::run()
 {
     QLocalSocket socket;
+    MessageReader reader(m_events, m_answers);
     connect(&socket, &QLocalSocket::connected, this, &Enigma2Thread::onConnected);
     socket.abort();
     socket.connectToServer(m_serverName, QIODevice::ReadWrite);
@@ -25,7 +27,7 @@ void Enigma2Thread::run()
     logRecord("开始执行");
     while (!isInterruptionRequested()) {
         if (socket.waitForReadyRead(pollMilliseconds))
-            m_owner->ReadMessages(socket);
+            reader.ReadMessages(socket);
         else if (socket.state() == QLocalSocket::UnconnectedState)
             msleep(pollMilliseconds); // An unconnected socket does not wait; spare the processor.
     }

@@ -5,19 +5,21 @@
 #include <QString>
 #include <QThread>
 
-class Enigma2;
+class AnswerMailbox;
+class EventQueue;
 
 /**
- * Reads from the receiver: owns the receive socket and hands what it brings to its owner, until
- * interruption is requested. Without a server, or once the connection dropped, it keeps polling
- * the unconnected socket; nothing reconnects.
+ * Reads from the receiver: owns the receive socket and, while it runs, what cuts the messages out
+ * of it, until interruption is requested. Without a server, or once the connection dropped, it
+ * keeps polling the unconnected socket; nothing reconnects.
  */
 class Enigma2Thread : public QThread
 {
     Q_OBJECT
 
 public:
-    explicit Enigma2Thread(Enigma2 *owner);
+    /** The queue and the mailbox must outlive the run. */
+    Enigma2Thread(EventQueue &events, AnswerMailbox &answers);
 
     /** Name (a path) of the server to connect to; to be set before the thread starts. */
     void setServerName(const QString &name) { m_serverName = name; }
@@ -30,6 +32,7 @@ private slots:
     void onError(QLocalSocket::LocalSocketError error);
 
 private:
-    Enigma2 *m_owner;
+    EventQueue &m_events;
+    AnswerMailbox &m_answers;
     QString m_serverName;
 };

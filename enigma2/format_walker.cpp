@@ -61,7 +61,7 @@ void FormatWalker::takeCount()
         return;
     m_digits[m_digitCount] = '\0';
     errno = 0;
-    m_count = std::strtol(m_digits.data(), nullptr, 10);
+    m_count = std::strtoll(m_digits.data(), nullptr, 10);
     // A count out of range stays pending for the next item; formats rely on the full walk.
     if (errno != ERANGE)
         m_digitCount = 0;

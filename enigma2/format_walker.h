@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 /** Byte order of packed items. */
 enum class ByteOrder { Big = 1, Little = 2 };
@@ -31,7 +32,7 @@ public:
     bool advance();
 
     char item() const { return m_item; }
-    long count() const { return m_count; }
+    std::int64_t count() const { return m_count; }
     ByteOrder order() const { return m_order; }
     bool failed() const { return m_failed; }
 
@@ -43,6 +44,6 @@ private:
     std::size_t m_digitCount = 0;
     ByteOrder m_order = hostOrder;
     char m_item = '\0';
-    long m_count = 1;
+    std::int64_t m_count = 1;
     bool m_failed = false;
 };

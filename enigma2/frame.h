@@ -4,8 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /*
  * Frames of the receiver link, both directions: a header of three unsigned 32-bit big-endian
@@ -25,6 +28,9 @@ struct Frame
     std::string_view payload;
 };
 
+/** A longer payload is skipped, so that no length that a peer announces exhausts the memory. */
+constexpr std::size_t largestPayload = 16 * 1024 * 1024;
+
 /**
  * Cuts a byte stream into frames. Feed it bytes as they come and take frames until there is none.
  * The cost is linear in the bytes, however many frames a read brings. No thread of its own, no
@@ -33,31 +39,47 @@ struct Frame
 class FrameSplitter
 {
 public:
+    /** Is told the type and the length in bytes of a payload that is skipped. */
+    using SkipNotice = std::function<void(std::int32_t type, std::size_t length)>;
+
+    explicit FrameSplitter(SkipNotice skipNotice = {})
+        : m_skipNotice(std::move(skipNotice))
+    {
+    }
+
     /** Adds bytes to the end of the stream. */
     void feed(std::string_view bytes);
 
     /**
-     * Takes the next complete frame; false when more bytes are needed. The magic is read but not
-     * checked, and a length above the signed range counts as an empty payload.
+     * Takes the next complete frame; nothing when more bytes are needed. The magic is read but not
+     * checked, and a length above the signed range counts as an empty payload. A payload above
+     * largestPayload is passed over without being kept, and its frame is none.
      *
      * A lone piece of a header (1 to 11 bytes) gives the previous frame's type with an empty
      * payload, again at every call, and consumes nothing: peers write header and payload
      * together, and the link keeps the behaviour that they know.
      */
-    bool next(Frame &frame);
+    std::optional<Frame> next();
 
-    /**
-     * True when a whole header is there or the body of one is awaited. A caller that asks first
-     * never meets the lone piece of a header.
-     */
-    bool hasHeader() const { return m_pendingLength > 0 || available() >= frameHeaderSize; }
+    /** True when next() would meet the lone piece of a header. */
+    bool hasLoneHeaderPiece() const
+    {
+        return m_state == State::Header && available() > 0 && available() < frameHeaderSize;
+    }
 
 private:
+    /** What the next byte of the stream belongs to. */
+    enum class State { Header, Payload, SkippedPayload };
+
     std::size_t available() const { return m_buffer.size() - m_position; }
     void readHeader();
+    void skip();
+    Frame takeFrame(std::size_t length);
 
+    SkipNotice m_skipNotice;
     std::string m_buffer;
     std::size_t m_position = 0;
-    std::int32_t m_pendingType = 0;
-    std::int32_t m_pendingLength = 0;
+    State m_state = State::Header;
+    std::int32_t m_type = 0;  ///< Of the last header.
+    std::size_t m_length = 0; ///< Bytes that the payload, or what is skipped of it, still needs.
 };

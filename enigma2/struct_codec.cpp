@@ -212,7 +212,7 @@ int process(Stream stream, const char *format, Arguments &arguments)
 {
     FormatWalker walker(format);
     while (walker.advance()) {
-        for (long i = 0; i < walker.count(); ++i)
+        for (std::int64_t i = 0; i < walker.count(); ++i)
             stream.item(walker.item(), walker.order(), arguments);
     }
     return walker.failed() ? -1 : stream.position();
@@ -259,10 +259,10 @@ int struct_unpack(const char *buffer, const char *format, ...)
 int struct_calcsize(const char *format)
 {
     // Unsigned, so that an absurd repeat count wraps instead of overflowing.
-    unsigned long size = 0;
+    std::uint64_t size = 0;
     FormatWalker walker(format);
     while (walker.advance())
-        size += static_cast<unsigned long>(walker.count()) *
-                static_cast<unsigned long>(countedSize(walker.item()));
+        size += static_cast<std::uint64_t>(walker.count()) *
+                static_cast<std::uint64_t>(countedSize(walker.item()));
     return walker.failed() ? -1 : static_cast<int>(size);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * The wiring table: who asks whom. Each line is one edge; requests run within the call, events of
- * the receiver arrive queued from its reader thread.
+ * the receiver come from the event loop.
  */
 #include "api/vesprelv2.h"
 #include "enigma2/enigma2.h"
@@ -13,24 +13,11 @@
 
 void Window::connectReceiverEvents()
 {
-    // clang-format off
-    connect(m_enigma2, &Enigma2::OnNewPortal,       this, &Window::OnNewPortal);
-    connect(m_enigma2, &Enigma2::OnPlayStart,       this, &Window::OnPlayStart);
-    connect(m_enigma2, &Enigma2::OnPlayEnd,         this, &Window::OnPlayEnd);
-    connect(m_enigma2, &Enigma2::OnPlayProgressive, this, &Window::OnPlayProgressive);
-    connect(m_enigma2, &Enigma2::OnPlayTStatus,     this, &Window::OnPlayTStatus);
-    connect(m_enigma2, &Enigma2::OnAudioPids,       this, &Window::OnAudioPids);
-    connect(m_enigma2, &Enigma2::OnSubPids,         this, &Window::OnSubPids);
-    connect(m_enigma2, &Enigma2::OnAudioPid,        this, &Window::OnAudioPid);
-    connect(m_enigma2, &Enigma2::OnSubPid,          this, &Window::OnSubPid);
-    connect(m_enigma2, &Enigma2::OnUsbMounted,      this, &Window::OnUsbMounted);
-    connect(m_enigma2, &Enigma2::OnUsbUmounted,     this, &Window::OnUsbUmounted);
-    connect(m_enigma2, &Enigma2::OnPvrRecStarted,   this, &Window::OnPvrRecStarted);
-    connect(m_enigma2, &Enigma2::OnPvrRecFinished,  this, &Window::OnPvrRecFinished);
-    connect(m_enigma2, &Enigma2::OnPvrRecError,     this, &Window::OnPvrRecError);
-    connect(m_enigma2, &Enigma2::OnPowerOff,        this, &Window::OnPowerOff);
-    connect(m_enigma2, &Enigma2::OnPowerOn,         this, &Window::OnPowerOn);
-    // clang-format on
+    // Each event of the table of messages goes to the slot that has its signal's name.
+#define CONNECT_EVENT(number, name, signal, ...)                                                   \
+    connect(m_enigma2, &Enigma2::signal, this, &Window::signal);
+    VESPREL_EVENTS(CONNECT_EVENT)
+#undef CONNECT_EVENT
 }
 
 void Window::connectPortalRequests()

@@ -14,15 +14,12 @@ struct ConsoleCommand
         Help,      ///< Print the list of commands.
         Quit,      ///< End the receiver.
         Explain,   ///< Print text: the line is no command.
-        SendEvent, ///< Send event with what it carries.
+        SendEvent, ///< Send event with payload.
     };
-    enum class Carries { Nothing, Number, TwoNumbers, Text };
 
     Action action = Action::Nothing;
     Event event = Event::PlayStart;
-    Carries carries = Carries::Nothing;
-    int first = 0;
-    int second = 0;
+    QByteArray payload;
     QString text;
 };
 
@@ -31,6 +28,3 @@ ConsoleCommand parseConsoleLine(const QString &line);
 
 /** The list of commands, one a line. */
 QString consoleHelp();
-
-/** The payload that the event of a SendEvent command carries. */
-QByteArray eventPayload(const ConsoleCommand &command);

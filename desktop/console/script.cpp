@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/script.h"
 
-#include "desktop/link/payload.h"
-
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -43,7 +41,8 @@ ParsedScript parseScript(const QString &text)
     static const QRegularExpression wait("^wait\\b\\s*(.*)$");
     ParsedScript script;
     int number = 0;
-    for (const QString &line : text.split('\n')) {
+    const QStringList lines = text.split('\n');
+    for (const QString &line : lines) {
         ++number;
         const QString trimmed = line.trimmed();
         if (trimmed.isEmpty() || trimmed.startsWith('#'))
@@ -78,11 +77,12 @@ Script::Script(const QVector<ScriptStep> &steps, QObject *parent)
     connect(&m_wait, &QTimer::timeout, this, &Script::runOn);
 }
 
-void Script::notePrinted(const QString &lines)
+void Script::notePrinted(const QString &printed)
 {
     if (m_awaited.isEmpty())
         return;
-    for (const QString &line : lines.split('\n')) {
+    const QStringList lines = printed.split('\n');
+    for (const QString &line : lines) {
         if (!line.startsWith(m_awaited))
             continue;
         m_awaited.clear();

@@ -47,7 +47,7 @@ public:
     void start() { runOn(); }
 
     /** Tells of lines that the receiver printed; a "wait for" ends with one that begins so. */
-    void notePrinted(const QString &lines);
+    void notePrinted(const QString &printed);
 
 signals:
     /** A command is to be carried out. */

@@ -24,9 +24,3 @@ QByteArray integerPayload(int value);
 
 /** Payload of an event with two integers. */
 QByteArray integerPayload(int first, int second);
-
-/**
- * A text fit for one line of output: control characters are written as \xNN, and what goes beyond
- * 500 characters is cut off and marked with "...".
- */
-QString oneLine(const QString &text);

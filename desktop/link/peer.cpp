@@ -3,13 +3,6 @@
 
 #include <QTimer>
 
-namespace {
-
-// Far above any command; a peer that announces more is none of ours.
-constexpr qint64 largestPending = 16 * 1024 * 1024;
-
-} // namespace
-
 Peer::Peer(QLocalSocket *socket, int settleMs, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
@@ -40,14 +33,12 @@ void Peer::readCommands()
     if (bytes.isEmpty())
         return;
     m_role = Role::Commander;
-    m_pendingBytes += bytes.size();
     m_splitter.feed({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    Frame frame;
-    while (m_splitter.hasHeader() && m_splitter.next(frame)) {
-        const QByteArray payload(frame.payload.data(), static_cast<int>(frame.payload.size()));
-        m_pendingBytes -= static_cast<qint64>(frameHeaderSize) + payload.size();
-        emit commandReceived(frame.type, payload);
+    while (!m_splitter.hasLoneHeaderPiece()) {
+        const std::optional<Frame> frame = m_splitter.next();
+        if (!frame)
+            break;
+        emit commandReceived(frame->type, QByteArray(frame->payload.data(),
+                                                     static_cast<int>(frame->payload.size())));
     }
-    if (m_pendingBytes > largestPending)
-        m_socket->abort();
 }

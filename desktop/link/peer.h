@@ -41,6 +41,5 @@ private:
 
     QLocalSocket *m_socket;
     FrameSplitter m_splitter;
-    qint64 m_pendingBytes = 0; ///< Received, and not yet part of a whole frame.
     Role m_role = Role::Undecided;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/link/protocol_server.h"
 
-#include "desktop/link/event_text.h"
+#include "desktop/link/message_text.h"
 #include "desktop/link/receiver_socket.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/player/mpv_player.h"
 
-#include "desktop/link/payload.h"
+#include "desktop/console/one_line.h"
 #include "desktop/player/mpv_units.h"
 
 #include <utility>

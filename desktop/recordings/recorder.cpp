@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/recorder.h"
 
-#include "desktop/link/payload.h"
+#include "desktop/console/one_line.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -6,13 +6,6 @@
 
 namespace PageStatement {
 
-const char playStarted[] = "stbEvent.onEvent(\"4\");";
-const char playEnded[] = "stbEvent.onEvent(\"1\");";
-const char audioTracksChanged[] = "stbEvent.onEvent(\"7\");";
-const char subtitleTracksChanged[] = "stbEvent.onEvent(\"9\");";
-const char usbMounted[] = "stbEvent.onBroadcastMessage(0, \"storage.mount\");";
-const char usbUnmounted[] = "stbEvent.onBroadcastMessage(0, \"storage.unmount\");";
-
 const char firstPlay[] = "if(stb.profile['enable_arrow_keys_setpos'] != 1)"
                          "{stb.profile['enable_arrow_keys_setpos'] = 1; "
                          "_debug('dravnik force to use arrow bttons for FF/FB');}";

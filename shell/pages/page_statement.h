@@ -10,12 +10,13 @@
 
 namespace PageStatement {
 
-extern const char playStarted[];
-extern const char playEnded[];
-extern const char audioTracksChanged[];
-extern const char subtitleTracksChanged[];
-extern const char usbMounted[];
-extern const char usbUnmounted[];
+// Events of the receiver.
+inline constexpr char playStarted[] = "stbEvent.onEvent(\"4\");";
+inline constexpr char playEnded[] = "stbEvent.onEvent(\"1\");";
+inline constexpr char audioTracksChanged[] = "stbEvent.onEvent(\"7\");";
+inline constexpr char subtitleTracksChanged[] = "stbEvent.onEvent(\"9\");";
+inline constexpr char usbMounted[] = "stbEvent.onBroadcastMessage(0, \"storage.mount\");";
+inline constexpr char usbUnmounted[] = "stbEvent.onBroadcastMessage(0, \"storage.unmount\");";
 
 /** Switches the portal's seeking by arrow keys on, at the first playback. */
 extern const char firstPlay[];

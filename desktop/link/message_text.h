@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "enigma2/messages.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -9,3 +11,6 @@
  * give a line; an unknown type is named with its number and the payload's size in bytes.
  */
 QString describeCommand(int type, const QByteArray &payload);
+
+/** The same for an event or answer that the receiver sends. */
+QString describeEvent(Event event, const QByteArray &payload);

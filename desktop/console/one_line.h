@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+
+/**
+ * A text fit for one line of output: control characters are written as \xNN, and what goes beyond
+ * 500 characters is cut off and marked with "...".
+ */
+QString oneLine(const QString &text);
