@@ -21,16 +21,21 @@ commands. Ctrl-C, "quit" or closing the window ends everything.
   --script FILE       the receiver runs the commands of FILE: those of its console, and
                       "wait SECONDS" and "wait for TEXT" between them
   --inspector [PORT]  offers the pages to a WebKit browser at http://127.0.0.1:PORT (9222) for
-                      inspection, to nobody else; otherwise this is off
+                      inspection; otherwise this is off. It asks for no password: while it is on,
+                      every program of this machine can use it, and so can a web site that is
+                      open in a browser here
   --help              this text
 
 EOT
     remote
     cat <<EOT
 
+Where bwrap works, all of this can write into VESPREL_ROOT only, whatever a page does.
+
 Environment:
   VESPREL_ROOT       folder that stands for the box's file system (socket, settings, pages, media);
                      default ~/.local/share/vesprel/box. Recordings are in media/recordings.
+  Q_CACHE_PATH       folder of the disk cache; without it there is none
   Q_VESPREL_LOG=true writes the log to /tmp/vesprel.log instead of this terminal
   and every variable that the program itself reads, see docs/box.md.
 EOT
@@ -100,11 +105,18 @@ bin=$here/build/desktop
 children=()
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/vesprel-run.XXXXXX")
 
+# The process that bwrap, which this is if there is a file of it, started; otherwise the process.
+confined_process() { # confined_process PID
+    local inside
+    inside=$(sed -n 's/.*"child-pid": *\([0-9]*\).*/\1/p' "$scratch/bwrap.$1" 2>/dev/null || true)
+    echo "${inside:-$1}"
+}
+
 # Ends what this script started, the youngest first, and nothing else.
 cleanup() {
     local index
     for ((index = ${#children[@]} - 1; index >= 0; index--)); do
-        kill "${children[index]}" 2>/dev/null || true
+        kill "$(confined_process "${children[index]}")" 2>/dev/null || true
         wait "${children[index]}" 2>/dev/null || true
     done
     rm -rf "$scratch"
@@ -132,9 +144,51 @@ if [ -n "$portal" ] && [ -e "$portal" ]; then
 fi
 export Q_VESPREL_PORTAL=${portal:-$demo}
 
+# The page on the screen is the page on the disk: nothing of it is kept, unless that is asked for.
+if [ -z "${Q_CACHE_PATH:-}" ]; then
+    export Q_CACHE_PATH=$scratch/cache Q_CACHE_MAX_SIZE=1
+fi
+
 # start COMMAND...: starts a child with this terminal as its input.
 start() {
     "$@" <&0 &
+    children+=($!)
+}
+
+# What a page, or a medium that it plays, makes a program do must not reach the files of whoever
+# works here. All of them can be read, few can be written.
+confinement=()
+confine() {
+    confinement=(--ro-bind / / --dev /dev --bind "$VESPREL_ROOT" "$VESPREL_ROOT"
+        --bind "$scratch" "$scratch")
+    local device
+    for device in /dev/dri /dev/snd /dev/nvidia*; do
+        confinement+=(--dev-bind-try "$device" "$device")
+    done
+    if [ "${Q_VESPREL_LOG:-}" = true ] && [ ! -L /tmp/vesprel.log ]; then
+        touch /tmp/vesprel.log
+        confinement+=(--bind /tmp/vesprel.log /tmp/vesprel.log)
+    fi
+    if [ -n "${Q_CACHE_PATH:-}" ]; then
+        mkdir -p "$Q_CACHE_PATH"
+        confinement+=(--bind "$Q_CACHE_PATH" "$Q_CACHE_PATH")
+    fi
+    bwrap "${confinement[@]}" true 2>/dev/null && return 0
+    confinement=()
+    echo "run.sh: bwrap is not there or may not work here; what runs can write wherever you can" >&2
+}
+
+# start_confined COMMAND...: as start, with nothing to write but the box's own.
+start_confined() {
+    if [ ${#confinement[@]} -eq 0 ]; then
+        start "$@"
+        return
+    fi
+    # A Ctrl-C is for what runs inside, and for this script, which then ends that.
+    (
+        trap '' INT
+        exec bwrap "${confinement[@]}" --info-fd 9 -- "$@" 9>"$scratch/bwrap.$BASHPID"
+    ) <&0 &
     children+=($!)
 }
 
@@ -176,9 +230,9 @@ start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
     local words=("$bin/desktop/vesprel-receiver" --ready "$scratch/ready")
     words+=(${receiver_options[@]+"${receiver_options[@]}"})
     if [ "$1" = - ]; then
-        start "${words[@]}"
+        start_confined "${words[@]}"
     else
-        start "${words[@]}" </dev/null >"$1" 2>&1
+        start_confined "${words[@]}" </dev/null >"$1" 2>&1
     fi
     wait_for 10 ready_or_gone "$!" && [ -e "$scratch/ready" ] ||
         fail "the receiver did not start$([ "$1" = - ] || echo ": $(cat "$1")")"
@@ -188,7 +242,7 @@ start_program() {
     local variables=()
     [ -z "$inspector" ] || variables=("VESPREL_INSPECTOR_PORT=$inspector"
         "LD_PRELOAD=$bin/desktop/libvesprel-inspector.so")
-    start env ${variables[@]+"${variables[@]}"} "$bin/app/vesprel"
+    start_confined env ${variables[@]+"${variables[@]}"} "$bin/app/vesprel"
 }
 
 [ -n "$portal" ] || make_clips
@@ -203,6 +257,7 @@ fi
 # The video lies in a window of X, below the program's. Wayland desktops have X as well.
 [ -z "${DISPLAY:-}" ] || export QT_QPA_PLATFORM=xcb
 start_compositor
+confine
 
 if [ -n "$screenshot" ]; then
     start_receiver "$scratch/receiver"

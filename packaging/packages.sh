@@ -4,7 +4,8 @@
 
 build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
 # What the desktop receiver plays and records with, and what shows the video below the portal.
-play_packages="mpv ffmpeg picom"
+# bwrap keeps what they and the pages do out of the files of whoever works here.
+play_packages="mpv ffmpeg picom bubblewrap"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
 test_packages="mpv ffmpeg"

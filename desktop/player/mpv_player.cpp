@@ -13,22 +13,16 @@ namespace {
 /** mpv as a part of the box: nothing of the user's own, no keys, no texts over the picture. */
 QStringList mpvArguments(const QStringList &added)
 {
-    const QStringList own = {"--no-config",
-                             "--no-terminal",
-                             "--idle=yes",
-                             "--keep-open=no",
-                             "--force-window=immediate",
-                             "--osc=no",
-                             "--osd-level=0",
-                             "--input-default-bindings=no",
-                             "--input-vo-keyboard=no",
-                             "--input-cursor=no",
-                             "--ytdl=no",
-                             "--load-scripts=no",
-                             "--audio-display=no",
-                             "--sub-auto=no",
-                             "--audio-file-auto=no",
-                             "--network-timeout=15"};
+    const QStringList own = {
+        "--no-config", "--no-terminal", "--idle=yes", "--keep-open=no", "--force-window=immediate",
+        "--osc=no", "--osd-level=0", "--input-default-bindings=no", "--input-vo-keyboard=no",
+        "--input-cursor=no", "--ytdl=no", "--load-scripts=no", "--load-stats-overlay=no",
+        "--load-osd-console=no", "--load-auto-profiles=no", "--resume-playback=no",
+        // Only ffmpeg's demuxers: mpv's own open what playlists and the like
+        // name, whatever it is.
+        "--demuxer=lavf", "--demuxer-lavf-o=protocol_whitelist=[" + networkProtocols() + "]",
+        "--stream-lavf-o=protocol_whitelist=[" + networkProtocols() + "]", "--cover-art-auto=no",
+        "--audio-display=no", "--sub-auto=no", "--audio-file-auto=no", "--network-timeout=15"};
     return own + added;
 }
 
@@ -69,12 +63,17 @@ void MpvPlayer::play(const PlayRequest &request)
         finish("cannot play: there is no address");
         return;
     }
+    const MediaSource source = mediaSource(request.url);
+    if (!source.refusal.isEmpty()) {
+        finish(QString("cannot play %1: %2").arg(oneLine(request.url), source.refusal));
+        return;
+    }
     if (!startMpv()) {
         finish(QString());
         return;
     }
     m_patience.start();
-    load(request);
+    load(source.location, request.positionMs);
 }
 
 void MpvPlayer::stop()
@@ -173,20 +172,19 @@ bool MpvPlayer::startMpv()
     return true;
 }
 
-void MpvPlayer::load(const PlayRequest &request)
+void MpvPlayer::load(const QString &location, int positionMs)
 {
     setProperty("pause", false);
-    setProperty("start", request.positionMs > 0 ? secondsText(request.positionMs) : "none");
+    setProperty("start", positionMs > 0 ? secondsText(positionMs) : "none");
     const auto noteEntry = [this, play = m_play](const QJsonObject &answer) {
         if (play != m_play || m_state != State::Starting)
             return;
-        const int entry = answer["data"].toObject()["playlist_entry_id"].toInt();
-        m_medium.entries = {entry, entry};
+        m_medium.entry = answer["data"].toObject()["playlist_entry_id"].toInt();
         if (answer["error"].toString() != "success")
             finish(QString("cannot play %1: %2")
                        .arg(oneLine(m_medium.url), answer["error"].toString()));
     };
-    m_mpv.command({"loadfile", mediaSource(request.url), "replace"}, noteEntry);
+    m_mpv.command({"loadfile", location, "replace"}, noteEntry);
 }
 
 void MpvPlayer::forgetMedium()

@@ -50,20 +50,11 @@ public:
 private:
     enum class State { Stopped, Starting, Playing, Paused };
 
-    /** The entries of mpv's playlist that the current medium consists of; none is 0 to -1. */
-    struct Entries
-    {
-        bool contains(int entry) const { return entry >= first && entry <= last; }
-
-        int first = 0;
-        int last = -1;
-    };
-
     /** What is known of the medium that was asked for. */
     struct Medium
     {
         QString url;
-        Entries entries;
+        int entry = 0; ///< Its number in the playlist of mpv; 0 until mpv has told it.
         int seekAtStartMs = -1; ///< Negative: none was asked for.
         int lengthMs = 0;
         bool seeks = false;
@@ -79,7 +70,7 @@ private:
     };
 
     bool startMpv();
-    void load(const PlayRequest &request);
+    void load(const QString &location, int positionMs);
     void forgetMedium();
     void finish(const QString &line);
     void setProperty(const QString &name, const QJsonValue &value);

@@ -24,18 +24,9 @@ void MpvPlayer::handleEvent(const QJsonObject &event)
 
 void MpvPlayer::handleEndOfEntry(const QJsonObject &event)
 {
-    const int entry = event["playlist_entry_id"].toInt();
-    const QString reason = event["reason"].toString();
-    if (!m_medium.entries.contains(entry))
+    if (m_medium.entry == 0 || event["playlist_entry_id"].toInt() != m_medium.entry)
         return;
-    if (reason == "redirect") { // A playlist has become its entries.
-        const int first = event["playlist_insert_id"].toInt();
-        m_medium.entries = {first, first + event["playlist_insert_num_entries"].toInt() - 1};
-        return;
-    }
-    if (entry != m_medium.entries.last)
-        return;
-    if (reason == "error")
+    if (event["reason"].toString() == "error")
         explainFailure(event["file_error"].toString());
     else
         finish(QString());
@@ -55,7 +46,7 @@ void MpvPlayer::explainFailure(const QString &summary)
 
 void MpvPlayer::handlePlaybackRestart()
 {
-    if (!m_medium.entries.contains(m_currentEntry))
+    if (m_medium.entry == 0 || m_currentEntry != m_medium.entry)
         return;
     if (m_state != State::Starting) {
         reportProgress(); // A seek has arrived.
@@ -116,7 +107,7 @@ void MpvPlayer::handleExit()
 void MpvPlayer::handleSilence()
 {
     // Without an answer to the command itself it is mpv that hangs, not the medium.
-    if (m_medium.entries.contains(m_medium.entries.first))
+    if (m_medium.entry != 0)
         m_mpv.command({"stop"});
     else
         m_mpv.kill();

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStringList>
 #include <QUrl>
 
@@ -16,20 +17,57 @@ QString withoutParameters(const QString &path) { return path.section('?', 0, 0);
 
 QString boxMedia(const QString &path) { return BoxPaths::root() + path; }
 
+const QStringList &playedSchemes()
+{
+    static const QStringList schemes = {"http",   "https", "rtsp",  "rtp",   "udp",
+                                        "rtmp",   "rtmpe", "rtmps", "rtmpt", "rtmpte",
+                                        "rtmpts", "mms",   "mmsh",  "mmst"};
+    return schemes;
+}
+
+/** The scheme in small letters, empty for a path. */
+QString schemeOf(const QString &address)
+{
+    static const QRegularExpression scheme("^([A-Za-z][A-Za-z0-9+.-]*):");
+    return scheme.match(address).captured(1).toLower();
+}
+
+/**
+ * The file on this machine for a path of the box, which may also be given as the path on this
+ * machine; empty unless it is below the media folder.
+ */
+QString mediaFile(const QString &path)
+{
+    const QString cleaned = QDir::cleanPath(path);
+    if (path.contains(QChar(0)))
+        return QString();
+    if (cleaned.startsWith(boxMedia(mediaFolder)))
+        return cleaned;
+    return cleaned.startsWith(mediaFolder) ? boxMedia(cleaned) : QString();
+}
+
 } // namespace
 
-QString mediaSource(const QString &address)
+MediaSource mediaSource(const QString &address)
 {
-    const QString path =
-        address.startsWith("file:", Qt::CaseInsensitive) ? QUrl(address).toLocalFile() : address;
-    if (!path.startsWith('/'))
-        return address;
-    const QString bare = withoutParameters(path);
-    for (const QString &candidate : {path, boxMedia(path), bare, boxMedia(bare)}) {
-        if (QFileInfo::exists(candidate))
-            return candidate;
+    const QString scheme = schemeOf(address);
+    if (!scheme.isEmpty() && scheme != "file") {
+        if (playedSchemes().contains(scheme))
+            return {address, {}};
+        return {{}, "a box does not play addresses of " + scheme + ":"};
     }
-    return path;
+    const QString path = scheme.isEmpty() ? address : QUrl(address).toLocalFile();
+    const QString file = mediaFile(path);
+    const QString bare = mediaFile(withoutParameters(path));
+    if (file.isEmpty() || bare.isEmpty())
+        return {{}, QString("only what lies below %1 is played").arg(mediaFolder)};
+    return {QFileInfo::exists(bare) && !QFileInfo::exists(file) ? bare : file, {}};
+}
+
+QString networkProtocols()
+{
+    return "http,https,httpproxy,tcp,tls,udp,udplite,rtp,srtp,rtsp,rtmp,rtmpe,rtmps,rtmpt,rtmpte,"
+           "rtmpts,ffrtmphttp,mmsh,mmst,crypto,hls";
 }
 
 QString recordingsFolder() { return boxMedia("/media/recordings"); }

@@ -8,12 +8,27 @@
  * "/media/..." is also looked for below the root that stands for the box's file system.
  */
 
+/** What a player or recorder may open for the address of a portal. */
+struct MediaSource
+{
+    QString location; ///< An address, or a path on this machine.
+    QString refusal;  ///< Why nothing may be opened; otherwise empty.
+    bool isLocal() const { return location.startsWith('/'); }
+};
+
 /**
- * What a player or recorder opens for the address of a portal. Addresses with a scheme stay as
- * they are, except "file:", which becomes a path. A path that does not exist is tried below the
- * root, and then both again without the parameters behind "?"; if nothing exists it stays.
+ * Judges the address that a portal plays or records. A page may come from anywhere, and what plays
+ * for it knows schemes that load libraries, write files or show the screen; so only the schemes of
+ * broadcasts and video servers pass, and paths (also as "file:") below the box's "/media/". A path
+ * that does not exist is tried without the parameters behind "?".
  */
-QString mediaSource(const QString &address);
+MediaSource mediaSource(const QString &address);
+
+/**
+ * The protocols that may be opened on behalf of a source: those of networks, so that no list that
+ * a server sends leads to a file of this machine. Separated by commas, as ffmpeg reads them.
+ */
+QString networkProtocols();
 
 /** The folder of the recordings on this machine. */
 QString recordingsFolder();

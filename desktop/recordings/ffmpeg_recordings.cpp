@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/ffmpeg_recordings.h"
 
+#include "desktop/console/one_line.h"
 #include "desktop/recordings/box_media.h"
 #include "desktop/recordings/recording_time.h"
 #include "platform/box_paths.h"
@@ -94,6 +95,11 @@ int FfmpegRecordings::create(const RecordingTask &task)
         emit message(QString("cannot record: \"%1\" to \"%2\" is no time of the form seconds since "
                              "1970, ISO 8601 or YYYY-MM-DD hh:mm:ss")
                          .arg(task.startTime, task.endTime));
+        return RecordingError::badArgument;
+    }
+    const MediaSource source = mediaSource(added.url);
+    if (!source.refusal.isEmpty()) {
+        emit message(QString("cannot record %1: %2").arg(oneLine(added.url), source.refusal));
         return RecordingError::badArgument;
     }
     const int id = m_tasks.create(added);
@@ -191,6 +197,11 @@ void FfmpegRecordings::begin(const RecordingTask &task)
         fail(task.id, "its end is in the past");
         return;
     }
+    const MediaSource source = mediaSource(task.url);
+    if (!source.refusal.isEmpty()) {
+        fail(task.id, source.refusal);
+        return;
+    }
     const QString path = makeFile(recordingFile(task.fileName));
     if (path.isEmpty()) {
         fail(task.id,
@@ -199,7 +210,7 @@ void FfmpegRecordings::begin(const RecordingTask &task)
     }
     m_tasks.addFile(task.id, path.mid(BoxPaths::root().size()));
     save();
-    auto recorder = std::make_unique<Recorder>(m_options, mediaSource(task.url), path);
+    auto recorder = std::make_unique<Recorder>(m_options, source.location, path);
     connect(recorder.get(), &Recorder::started, this, [this, id = task.id] { noteStart(id); });
     // Queued, because the recorder goes with its end.
     connect(

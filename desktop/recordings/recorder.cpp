@@ -2,6 +2,7 @@
 #include "desktop/recordings/recorder.h"
 
 #include "desktop/console/one_line.h"
+#include "desktop/recordings/box_media.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +11,10 @@
 namespace {
 
 constexpr int longestErrors = 4096;
+
+const char mediaContainers[] =
+    "mpegts,mpeg,mpegvideo,matroska,webm,mov,mp4,avi,flv,asf,ogg,mp3,aac,ac3,"
+    "eac3,flac,wav,h264,hevc";
 
 /** Texts of files, unlike those of broadcasts, do not fit into every container. */
 bool isFileWithTexts(const QString &source)
@@ -27,10 +32,15 @@ QStringList ffmpegArguments(const QString &source, const QString &file)
 {
     QStringList arguments = {"-hide_banner", "-loglevel",     "error", "-progress",
                              "pipe:1",       "-stats_period", "0.5"};
-    // A file is recorded at the pace of a channel, so that a task takes the time it would take.
-    if (source.startsWith('/'))
-        arguments += "-re";
-    arguments += {"-i", source, "-map", "0:v?", "-map", "0:a?"};
+    const bool isPath = source.startsWith('/');
+    if (isPath) {
+        // At the pace of a channel, so that a task takes the time it would take; and nothing that
+        // leads from one file to another.
+        arguments += {"-re", "-protocol_whitelist", "file", "-format_whitelist", mediaContainers};
+    } else {
+        arguments += {"-protocol_whitelist", networkProtocols()};
+    }
+    arguments += {"-i", isPath ? "file:" + source : source, "-map", "0:v?", "-map", "0:a?"};
     if (!isFileWithTexts(source))
         arguments += {"-map", "0:s?"};
     arguments += {"-c", "copy", "-y"};

@@ -4,6 +4,8 @@
 #include "desktop/recordings/recording_time.h"
 #include "platform/box_paths.h"
 #include "tests/support/clip.h"
+#include "tests/support/files.h"
+#include "tests/support/http_server.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -121,6 +123,27 @@ private slots:
         QCOMPARE(run.started.count(), 1);
         QVERIFY(QFileInfo(recordingsFolder() + "/a.ts").size() > m_clip.size() / 2);
         QCOMPARE(run.failed.count(), 0);
+    }
+
+    /** What a list names is not recorded, neither from a server's list nor from one on disk. */
+    void listsLeadNowhereElse()
+    {
+        const QByteArray clip = "file://" + QFile::encodeName(m_clips.path()) + "/clip.ts";
+        const QByteArray list =
+            "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" + clip + "\n#EXT-X-ENDLIST\n";
+        HttpServer server;
+        server.page("/a.m3u8", list);
+        writeFile(m_root->path() + "/media/a.m3u8", list);
+        writeFile(m_root->path() + "/media/a.ffconcat", "ffconcat version 1.0\nfile clip.ts\n");
+        Run run;
+        run.record(server.url("/a.m3u8").toString(), "a.ts", -1, 60);
+        run.record("/media/a.m3u8", "b.ts", -1, 60);
+        run.record("/media/a.ffconcat", "c.ts", -1, 60);
+        QTRY_COMPARE_WITH_TIMEOUT(run.failed.count(), 3, patienceMs);
+        QCOMPARE(run.started.count(), 0);
+        QVERIFY(QDir(recordingsFolder()).isEmpty());
+        QVERIFY(run.record("av://lavfi:testsrc", "d.ts", -1, 60) < 0);
+        QVERIFY(run.lastMessage().contains("does not play"));
     }
 
     void recordsAChannelBetweenItsTimes()
