@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * The scripts that the engine runs: the keyboard page, the scripts put into portals, and the demo
- * portal. The engine speaks ES5, so anything younger is an error here, and so is every name that
- * neither ES5, the engine nor one of these scripts defines.
+ * The scripts that the engine runs: the keyboard page, the scripts put into portals, the demo
+ * portal, and those of a driver on a desktop. The engine speaks ES5, so anything younger is an error
+ * here, and so is every name that neither ES5, the engine nor one of these scripts defines.
  */
 'use strict';
 
@@ -10,10 +10,11 @@ const fs = require('fs');
 const path = require('path');
 const js = require('./build/lint/eslint/node_modules/@eslint/js');
 
-// Only what the engine has: no fetch, Promise or Map.
+// Only what the engine has: no fetch, no Promise.
 const engine = [
     'window', 'document', 'console', 'location', 'navigator', 'screen', 'setTimeout',
-    'clearTimeout', 'setInterval', 'clearInterval', 'getComputedStyle', 'Image', 'XMLHttpRequest'
+    'clearTimeout', 'setInterval', 'clearInterval', 'getComputedStyle', 'Image', 'Map', 'WeakMap',
+    'XMLHttpRequest', 'XMLSerializer'
 ];
 // What the box publishes in a portal or in the keyboard page.
 const box = [
@@ -24,6 +25,8 @@ const box = [
 // The scripts of a folder share their globals, as those of a page do.
 function globalsOf(folder) {
     const names = {};
+    if (!fs.existsSync(path.join(__dirname, folder)))
+        return names;
     fs.readdirSync(path.join(__dirname, folder), {recursive: true})
         .filter(file => file.endsWith('.js'))
         .forEach(file => {
@@ -54,4 +57,4 @@ function scriptsOf(folder) {
     };
 }
 
-module.exports = ['web/keyboard', 'web/scripts', 'desktop/portal'].map(scriptsOf);
+module.exports = ['web/keyboard', 'web/scripts', 'desktop/portal', 'desktop/driver/plugin'].map(scriptsOf);

@@ -13,7 +13,7 @@
  */
 
 /** Bytes that are read of one file; a text that needs more is not read, and a record says so. */
-constexpr qint64 longestText = 16 * 1024 * 1024;
+constexpr qint64 longestText = 16LL * 1024 * 1024;
 
 /**
  * A file's name as the box means it. A leading ":" is a letter like any other there, while Qt looks
