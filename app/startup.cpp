@@ -55,6 +55,8 @@ int runVesprel(int &argc, char **argv)
 
     QApplication application(argc, argv);
     const Watchdog watchdog(watchdogOptions);
+    // Nothing that closes while the window is hidden may end the loop: quitting only hides it.
+    QApplication::setQuitOnLastWindowClosed(false);
     Window window;
     const QString portal = qEnvironmentVariable(Environment::startPortal);
     QApplication::setOverrideCursor(Qt::BlankCursor);

@@ -8,7 +8,7 @@ build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
 play_packages="mpv ffmpeg picom bubblewrap"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
-test_packages="mpv ffmpeg"
+test_packages="mpv ffmpeg xvfb xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 

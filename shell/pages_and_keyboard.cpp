@@ -3,6 +3,7 @@
  * What the viewer has before him: the portal and its end, favourites over it, the on-screen
  * keyboard over both. The slots forward to the pages and the keyboard, which own the state.
  */
+#include "api/vesprelv2.h"
 #include "enigma2/enigma2.h"
 #include "platform/environment.h"
 #include "platform/log_record.h"
@@ -24,6 +25,7 @@ void Window::setUrl(const QUrl &url)
 
 void Window::OnNewPortal(const QString &url)
 {
+    closeKeyboard();
     m_browser.leaveIdle();
     showMaximized();
     setUrl(QUrl(url, QUrl::TolerantMode));
@@ -33,6 +35,7 @@ void Window::QuitApp()
 {
     if (m_browser.isIdle())
         return;
+    closeKeyboard();
     hide();
     setUrl(QUrl());
     logRecord("QuitApp, do MediaStop");
@@ -42,6 +45,13 @@ void Window::QuitApp()
     // The receiver acts on both before anything else happens here.
     QThread::msleep(100);
     m_browser.enterIdle();
+}
+
+void Window::closeKeyboard()
+{
+    // As the portal would, so that it finds its keyboard closed when it asks.
+    if (m_keyboard->isOpen())
+        m_gSTB->HideVirtualKeyboard();
 }
 
 void Window::WinOpenWebFavorites(const QString &url, int)

@@ -7,6 +7,7 @@
 #include "api/vesprelv2.h"
 #include "enigma2/enigma2.h"
 #include "objects/placeholders.h"
+#include "objects/player.h"
 #include "objects/player_manager.h"
 #include "objects/pvr_manager.h"
 #include "objects/web_window.h"
@@ -17,13 +18,13 @@
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_filter.h"
 #include "shell/pages/network.h"
+#include "shell/pages/page_area.h"
 #include "shell/pages/page_stack.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
-#include <QMdiArea>
 #include <QNetworkDiskCache>
 #include <QScreen>
 #include <QStandardPaths>
@@ -35,17 +36,19 @@ Window::Window(QWidget *parent)
 {
     if (qEnvironmentVariableIsSet(Environment::userAgent))
         setUserAgentOverride(qEnvironmentVariable(Environment::userAgent));
-    enable(QWebSettings::globalSettings(),
-           {QWebSettings::PluginsEnabled, QWebSettings::AcceleratedCompositingEnabled,
-            QWebSettings::WebGLEnabled});
+    for (const auto attribute :
+         {QWebSettings::PluginsEnabled, QWebSettings::AcceleratedCompositingEnabled,
+          QWebSettings::WebGLEnabled})
+        QWebSettings::globalSettings()->setAttribute(attribute, true);
 
     resize(QGuiApplication::primaryScreen()->availableGeometry().size());
     setAttribute(Qt::WA_TranslucentBackground);
     setStyleSheet(transparentStyle);
 
-    buildMdiArea();
     buildPages();
     connect(this, &Window::pwr, this, &Window::QuitApp);
+    // Queued, since the toolkit moves the focus in several steps.
+    connect(qApp, &QApplication::focusChanged, this, &Window::keepFocus, Qt::QueuedConnection);
 
     m_enigma2 = new Enigma2(this);
     connectReceiverEvents();
@@ -80,10 +83,16 @@ Window::~Window()
     // From here on there is no current view, and what a page still says in its unload handler
     // reaches the receiver but none of the views that are going.
     m_pages->release();
+    qApp->disconnect(this);
     m_gSTB->disconnect(this);
     m_windowManager->disconnect(this);
     m_webWindow->disconnect(this);
-    delete m_mdiArea;
+    delete m_area;
+    // Scripts may have connected any signal of these, "destroyed" too, and are gone.
+    for (QObject *published : std::initializer_list<QObject *>{
+             m_webWindow, m_windowManager, m_storage, m_timeShift, m_pvrManager, m_playerManager,
+             m_playerManager->firstPlayer(), m_gSTB})
+        published->disconnect();
     delete m_webWindow;
     delete m_windowManager;
     delete m_pvrManager;
@@ -94,22 +103,18 @@ Window::~Window()
     sharedNetworkAccess.setCache(nullptr);
 }
 
-void Window::buildMdiArea()
-{
-    m_mdiArea = new QMdiArea(this);
-    m_mdiArea->setBackground(QBrush(Qt::transparent));
-    m_mdiArea->resize(size());
-    setCentralWidget(m_mdiArea);
-}
-
 void Window::buildPages()
 {
-    m_keyboard = new KeyboardPane(m_mdiArea, this);
+    m_area = new PageArea(this);
+    m_area->resize(size());
+    setCentralWidget(m_area);
+
+    m_keyboard = new KeyboardPane(m_area, this);
     QWebFrame *frame = m_keyboard->frame();
     connect(frame, &QWebFrame::javaScriptWindowObjectCleared, this, &Window::SetupKeyboardJSObject);
     connect(frame, &QWebFrame::loadFinished, this, &Window::finishKeyboardLoading);
 
-    m_pages = new PageStack(m_mdiArea, size(), this);
+    m_pages = new PageStack(m_area, size(), this);
     connect(m_pages, &PageStack::viewAdded, this, &Window::watchView);
 }
 
@@ -140,6 +145,22 @@ void Window::watchView(QWebView *view)
     connect(view, &QWebView::urlChanged, this, &Window::Urlchanged);
     connect(view->page()->mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
             &Window::SetupJSObject);
+}
+
+void Window::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    activateWindow();
+}
+
+void Window::keepFocus()
+{
+    // What a page or a key does may move the focus within the window or take it away; a list that
+    // drops down is a window of its own and keeps it.
+    const QWidget *now = QApplication::focusWidget();
+    const bool ours = now ? now->window() == this : isActiveWindow();
+    if (ours && now != m_pages->currentView())
+        m_pages->focusCurrentView();
 }
 
 bool Window::eventFilter(QObject *watched, QEvent *event)

@@ -10,9 +10,9 @@
 class Enigma2;
 class KeyFilter;
 class KeyboardPane;
+class PageArea;
 class PageStack;
 class PvrManager;
-class QMdiArea;
 class QWebView;
 class VesprelV2;
 class stbPlayerManager;
@@ -50,6 +50,10 @@ public:
 
     /** Sees every key press of the current view first and consumes what it translates. */
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    /** Takes the keys also where no window manager gives them to a window that appears. */
+    void showEvent(QShowEvent *event) override;
 
 signals:
     /** Asks for QuitApp(). */
@@ -100,7 +104,6 @@ private slots:
     void QuitApp();
 
 private:
-    void buildMdiArea();
     void buildPages();
     void setUpDiskCache();
     void watchView(QWebView *view);
@@ -111,6 +114,8 @@ private:
     void connectKeys();
 
     void injectScript(const char *name);
+    void closeKeyboard();
+    void keepFocus();
     void postEventKey(int key, Qt::KeyboardModifiers modifiers);
     void raiseRecordingEvent(PageStatement::Recording code, int id);
 
@@ -123,7 +128,7 @@ private:
     stbStorage *m_storage = nullptr;
     stbWebWindow *m_webWindow = nullptr;
     stbSurface *m_surface = nullptr;
-    QMdiArea *m_mdiArea = nullptr;
+    PageArea *m_area = nullptr;
     KeyboardPane *m_keyboard = nullptr;
     PageStack *m_pages = nullptr;
     KeyFilter *m_keys = nullptr;

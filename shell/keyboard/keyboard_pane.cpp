@@ -3,26 +3,25 @@
 
 #include "platform/box_paths.h"
 #include "shell/keys/posted_key.h"
+#include "shell/pages/page_area.h"
 #include "shell/pages/transparent_view.h"
 
 #include <QKeyEvent>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QUrl>
 #include <QWebFrame>
-#include <QWebView>
 
-KeyboardPane::KeyboardPane(QMdiArea *area, QObject *parent)
+KeyboardPane::KeyboardPane(PageArea *area, QObject *parent)
     : QObject(parent)
-    , m_view(createTransparentView(area->window()))
+    , m_view(new TransparentView(area->window()))
 {
     m_view->setFocusPolicy(Qt::NoFocus);
-    enable(m_view->settings(), {QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
-                                QWebSettings::DeveloperExtrasEnabled});
+    m_view->enable({QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
+                    QWebSettings::DeveloperExtrasEnabled});
     frame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
     frame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
 
-    m_subWindow = area->addSubWindow(m_view, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_subWindow = area->addPane(m_view, Qt::WindowStaysOnTopHint);
     m_subWindow->setFocusPolicy(Qt::NoFocus);
     m_subWindow->hide();
 }
@@ -48,6 +47,8 @@ void KeyboardPane::finishLoading(bool ok)
     if (ok)
         m_shown = true;
 }
+
+bool KeyboardPane::isOpen() const { return !m_subWindow->isHidden(); }
 
 void KeyboardPane::setGeometry(const QRect &geometry) { m_subWindow->setGeometry(geometry); }
 

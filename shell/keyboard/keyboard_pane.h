@@ -3,12 +3,12 @@
 
 #include <QObject>
 
+class PageArea;
 class QKeyEvent;
-class QMdiArea;
 class QMdiSubWindow;
 class QRect;
 class QWebFrame;
-class QWebView;
+class TransparentView;
 
 /**
  * The on-screen keyboard: a page of its own in a sub-window above the portal. It counts as shown,
@@ -21,7 +21,7 @@ class KeyboardPane : public QObject
 
 public:
     /** Makes the hidden pane in a sub-window of the area. */
-    KeyboardPane(QMdiArea *area, QObject *parent);
+    KeyboardPane(PageArea *area, QObject *parent);
 
     /** Loads the keyboard's page, every time anew, and makes the pane visible. */
     void open();
@@ -31,6 +31,9 @@ public:
 
     /** The load of the keyboard's page has ended. */
     void finishLoading(bool ok);
+
+    /** Whether the keyboard is on the screen, its page loaded or not. */
+    bool isOpen() const;
 
     /** Whether the keyboard takes the keys. */
     bool isShown() const { return m_shown; }
@@ -45,7 +48,7 @@ public:
     QWebFrame *frame() const;
 
 private:
-    QWebView *m_view = nullptr;
+    TransparentView *m_view = nullptr;
     QMdiSubWindow *m_subWindow = nullptr;
     bool m_shown = false;
 };

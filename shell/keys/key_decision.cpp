@@ -7,7 +7,7 @@ KeyRoute routeKey(int key, const KeyState &state)
 {
     const bool closesCombobox =
         key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (state.comboboxJustClosed && closesCombobox)
+    if (state.listTakesKey && closesCombobox)
         return KeyRoute::SwallowedAfterCombobox;
     if (!state.spontaneous)
         return KeyRoute::PassedOn;

@@ -12,7 +12,7 @@
 /** What is known when a key comes. */
 struct KeyState
 {
-    bool comboboxJustClosed = false;
+    bool listTakesKey = false; ///< a drop-down list that OK opened is still there
     bool spontaneous = true;
     bool powerOff = false;
     bool keyboardShown = false;

@@ -51,9 +51,9 @@ bool KeyFilter::filter(QWebView &view, const QKeyEvent &event)
     const int key = event.key();
     logRecord("Key Pressed:", Qt::hex, key, event.nativeScanCode(), event.nativeVirtualKey(),
               event.nativeModifiers(), view.url());
-    const KeyRoute route = routeKey(key, {m_comboboxJustClosed, event.spontaneous(),
+    const KeyRoute route = routeKey(key, {m_list.takesNextKey(), event.spontaneous(),
                                           m_browser.isPoweredOff(), m_keyboard.isShown()});
-    m_comboboxJustClosed = false;
+    m_list.forget();
     switch (route) {
     case KeyRoute::SwallowedAfterCombobox:
         logRecord("Just backed from Combobox, will ingore this key");
@@ -123,10 +123,10 @@ bool KeyFilter::pressOk(QWebView &view, const QKeyEvent &event)
         return false;
     logRecord(element.tagName(), element.attribute("class", "exit"));
     if (element.tagName() == "SELECT") {
-        m_comboboxJustClosed = true;
         logRecord("webframe", frame->pos(), frame->geometry(), element.tagName(),
                   element.geometry());
         postClick(view, element);
+        m_list.expect();
         return true;
     }
     if (element.tagName() == "INPUT") {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "shell/keys/drop_down_list.h"
+
 #include <QObject>
 
 class BrowserState;
@@ -55,5 +57,5 @@ private:
     const BrowserState &m_browser;
     const VesprelV2 &m_gSTB;
     const bool m_mainAppMode;
-    bool m_comboboxJustClosed = false;
+    DropDownList m_list;
 };

@@ -2,11 +2,11 @@
 #include "shell/pages/page_stack.h"
 
 #include "shell/pages/network.h"
+#include "shell/pages/page_area.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
 #include <QDialog>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QWebFrame>
 #include <QWebView>
@@ -29,22 +29,21 @@ void deleteAfterDialog(QWebView *view)
 
 } // namespace
 
-PageStack::PageStack(QMdiArea *area, const QSize &size, QObject *parent)
+PageStack::PageStack(PageArea *area, const QSize &size, QObject *parent)
     : QObject(parent)
     , m_stack(new QStackedWidget(area))
 {
-    QMdiSubWindow *subWindow = area->addSubWindow(m_stack, Qt::FramelessWindowHint);
+    QMdiSubWindow *subWindow = area->addPane(m_stack);
     subWindow->resize(size);
     subWindow->show();
 }
 
-QWebView *PageStack::addPortal()
+void PageStack::addPortal()
 {
-    QWebView *view = createView();
-    enable(view->settings(), {QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled});
+    TransparentView *view = createView();
+    view->enable({QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled});
     view->page()->setNetworkAccessManager(&sharedNetworkAccess);
     m_stack->addWidget(view);
-    return view;
 }
 
 void PageStack::openFavourites(const QUrl &url)
@@ -53,6 +52,7 @@ void PageStack::openFavourites(const QUrl &url)
     view->load(url);
     m_stack->addWidget(view);
     m_stack->setCurrentIndex(m_stack->currentIndex() + 1);
+    focusCurrentView();
 }
 
 void PageStack::closeFavourites()
@@ -64,6 +64,7 @@ void PageStack::closeFavourites()
         favourites->stop();
         favourites->close();
         deleteAfterDialog(favourites);
+        focusCurrentView();
     }
     if (m_mode == PageMode::Settings)
         m_mode = PageMode::Portal;
@@ -104,11 +105,11 @@ void PageStack::markPortal()
 
 void PageStack::release() { m_stack.clear(); }
 
-QWebView *PageStack::createView()
+TransparentView *PageStack::createView()
 {
-    QWebView *view = createTransparentView(m_stack->window());
+    auto *view = new TransparentView(m_stack->window());
     view->setPage(new QWebPagePriv(view));
-    view->settings()->setAttribute(QWebSettings::DeveloperExtrasEnabled, true);
+    view->enable({QWebSettings::DeveloperExtrasEnabled});
     emit viewAdded(view);
     return view;
 }

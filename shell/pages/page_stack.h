@@ -8,8 +8,9 @@
 #include <QStackedWidget>
 #include <QUrl>
 
-class QMdiArea;
+class PageArea;
 class QWebView;
+class TransparentView;
 
 /**
  * The pages that a viewer sees: the portal at the bottom, over it any number of favourites pages.
@@ -23,10 +24,10 @@ class PageStack : public QObject
 
 public:
     /** Makes an empty stack of this size (px) in a sub-window of the area. */
-    PageStack(QMdiArea *area, const QSize &size, QObject *parent);
+    PageStack(PageArea *area, const QSize &size, QObject *parent);
 
     /** Puts the portal's view at the bottom; its page uses the shared network access. */
-    QWebView *addPortal();
+    void addPortal();
 
     /** Opens a favourites page over the current one. */
     void openFavourites(const QUrl &url);
@@ -70,7 +71,7 @@ signals:
     void viewAdded(QWebView *view);
 
 private:
-    QWebView *createView();
+    TransparentView *createView();
 
     QPointer<QStackedWidget> m_stack;
     QUrl m_requestedUrl;

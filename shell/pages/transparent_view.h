@@ -2,17 +2,28 @@
 #pragma once
 
 #include <QWebSettings>
+#include <QWebView>
 
 #include <initializer_list>
-
-class QWebView;
-class QWidget;
 
 /** The style of everything that the video plane shows through. */
 extern const char transparentStyle[];
 
-/** A frameless view that lets the video below the window show through. The parent owns it. */
-QWebView *createTransparentView(QWidget *parent);
+/** A frameless view that lets the video below the window show through. GUI thread. */
+class TransparentView : public QWebView
+{
+    Q_OBJECT
 
-/** Switches the attributes on. */
-void enable(QWebSettings *settings, std::initializer_list<QWebSettings::WebAttribute> attributes);
+public:
+    explicit TransparentView(QWidget *parent);
+
+    /** Switches web settings of its page on. */
+    void enable(std::initializer_list<QWebSettings::WebAttribute> attributes);
+
+protected:
+    /** Tab is the page's, once, whether or not anything in the page has the focus. */
+    bool event(QEvent *event) override;
+
+    /** The focus goes from one view to another by order only. */
+    bool focusNextPrevChild(bool next) override;
+};

@@ -170,6 +170,56 @@ private slots:
         QCOMPARE(evaluate("inputs"), evaluate("changes"));
     }
 
+    void keyboardScriptInFields_data()
+    {
+        QTest::addColumn<QByteArray>("field");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("result"); // the value and the events
+        const auto row = [](const char *name, const char *field, const char *keys,
+                            const char *result) {
+            QTest::newRow(name) << QByteArray(field) << QString(keys) << QString(result);
+        };
+        row("text area", "<textarea id='i'>a</textarea>", "['Down', 'b']", "ab 1");
+        row("number", "<input id='i' type='number' value='1'>", "['Down', '2']", "12 1");
+        row("read-only", "<input id='i' value='a' readonly>", "['b', 'BackSpace']", "a 0");
+        row("full", "<input id='i' value='ab' maxlength='2'>", "['c', 'Space']", "ab 0");
+        row("half full", "<input id='i' value='a' maxlength='3'>", "['Down', 'www.']", "aww 1");
+        row("full, erased", "<input id='i' value='ab' maxlength='2'>", "['Down', 'BackSpace', 'c']",
+            "ac 2");
+        row("half a pair", "<input id='i' maxlength='1'>", "['\\ud83d\\ude00']", " 0");
+        row("button", "<input id='i' type='button' value='go'>", "['a', 'BackSpace']", "go 0");
+        row("button element", "<button id='i' value='go'>x</button>", "['a']", "go 0");
+        row("check box", "<input id='i' type='checkbox' value='on'>", "['a']", "on 0");
+        row("list", "<select id='i'><option>go</select>", "['a']", "go 0");
+    }
+
+    /** Only fields of text take keys, and only as much as they hold. */
+    void keyboardScriptInFields()
+    {
+        QFETCH(QByteArray, field);
+        QFETCH(QString, keys);
+        m_portal->load(field + "<script>var inputs = 0, i = document.getElementById('i');"
+                               "i.addEventListener('input', function () { inputs++; });"
+                               "i.focus();</script>");
+        evaluate(keys + ".forEach(function (k) { KeyboardPress(k, 'id'); });");
+        QTEST(evaluate("i.value + ' ' + inputs").toString(), "result");
+    }
+
+    /** The scripts leave nothing in the page but what portals know. */
+    void injectedNames()
+    {
+        m_portal->load("<p>plain</p>");
+        evaluate("gSTB.SetTopWin(1); gSTB.SetTopWin(0);");
+        QCOMPARE(evaluate("var f = document.createElement('iframe'); document.body.appendChild(f);"
+                          "Object.getOwnPropertyNames(window).filter(function (n) {"
+                          "  return !(n in f.contentWindow) && n !== 'f' && n !== '0'; })"
+                          ".sort().join()"),
+                 QVariant("GetFocusInputPos,KeyboardPress,gSTB,getCursortPosition,hide_hole,hole,"
+                          "keyboardDel,keyboardWrite,pvrManager,setCaretPosition,show_hole,"
+                          "stbDownloadManager,stbPlayer,stbPlayerManager,stbStorage,stbWebWindow,"
+                          "stbWindowMgr,timeShift"));
+    }
+
     void keyboardScriptWithoutField()
     {
         m_portal->load("<p>no field</p>");
@@ -213,6 +263,23 @@ private slots:
         QCOMPARE(evaluate(style), QVariant("none,block"));
         QCOMPARE(evaluate("getComputedStyle(document.querySelector('#tv')).backgroundImage"),
                  QVariant("none"));
+    }
+
+    /**
+     * What was asked for before the TV layer was there holds once it is found, by the script's own
+     * second look after 5 s. The canvases lie behind all that the portal shows.
+     */
+    void holeAskedForEarly()
+    {
+        m_portal->load("<p>later</p>");
+        evaluate("gSTB.SetTopWin(0); gSTB.SetTopWin(1)");
+        evaluate(
+            QString("document.body.innerHTML = \"%1\"").arg(QString(tvPage).replace('"', '\'')));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            evaluate("['hole_bg', 'ori_bg'].map(function (id) {"
+                     "  var style = document.getElementById(id).style;"
+                     "  return style.display + ' ' + style.zIndex; }).join()"),
+            QVariant("block -2,none -1"), 20000);
     }
 
     /** Switching the hole in a page that has none does nothing. */

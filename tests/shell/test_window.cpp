@@ -285,7 +285,10 @@ private slots:
              {"gSTB.HideVirtualKeyboard()", "gSTB.ShowVirtualKeyboard()", "gSTB.SetTopWin(1)",
               "stbWebWindow.SetGeometry(1, 2, 3, 4)", "stbWebWindow.close()",
               "stbWindowMgr.openWebFavorites('about:blank', 0)", "gSTB.Play('u')",
-              "stbWindowMgr.GetFocusedInputInfo()", "pvrManager.GetAllTasks()"})
+              "stbWindowMgr.GetFocusedInputInfo()", "pvrManager.GetAllTasks()",
+              "[gSTB, stbPlayerManager, stbPlayer, pvrManager, timeShift, stbStorage, stbWindowMgr,"
+              " stbWebWindow].forEach(function (o) { o.destroyed.connect(function () {"
+              "   document.title = 'gone'; }); })"})
             QTest::newRow(script) << QString(script);
     }
 
@@ -295,6 +298,7 @@ private slots:
         QFETCH(QString, script);
         build();
         m_portal->load("<script>onunload = function () { " + script.toUtf8() + "; };</script>");
+        m_portal->evaluate(script.contains("destroyed") ? script : QString());
         m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
         m_portal->evaluate("onunload = function () { " + script + "; }");
         m_portal.reset();

@@ -73,19 +73,21 @@ private slots:
         QVERIFY(m_keyboard->pressKeys("a enter"));
         QCOMPARE(m_keyboard->webWindow.ids, QStringList({"a", "enter"}));
         QCOMPARE(m_keyboard->webWindow.enters, 1);
-        QCOMPARE(m_keyboard->webWindow.closes, 0);
+        QCOMPARE(m_keyboard->stb.hides, 0);
     }
 
     void closing()
     {
         QVERIFY(m_keyboard->load());
         m_keyboard->press(Qt::Key_Backspace);
-        QCOMPARE(m_keyboard->webWindow.closes, 1);
+        QCOMPARE(m_keyboard->stb.hides, 1);
         m_keyboard->press(Qt::Key_Escape);
-        QCOMPARE(m_keyboard->webWindow.closes, 2);
+        QCOMPARE(m_keyboard->stb.hides, 2);
         QVERIFY(m_keyboard->pressKeys("close"));
-        QCOMPARE(m_keyboard->webWindow.closes, 3);
+        QCOMPARE(m_keyboard->stb.hides, 3);
         QCOMPARE(m_keyboard->webWindow.ids, QStringList());
+        // The window's own close would close a favourites page below the keyboard as well.
+        QCOMPARE(m_keyboard->webWindow.closes, 0);
     }
 
     void shiftIsVisible()
@@ -145,7 +147,7 @@ private slots:
         m_keyboard->click("t");
         QCOMPARE(m_keyboard->webWindow.typed, QString("aB 1\"%t"));
         QCOMPARE(m_keyboard->focused(), QString("t"));
-        QCOMPARE(m_keyboard->webWindow.closes, 0);
+        QCOMPARE(m_keyboard->stb.hides, 0);
     }
 
     void layouts_data()

@@ -28,8 +28,10 @@ class FakeStb : public QObject
 
 public:
     QString layouts = boxLayouts;
+    int hides = 0;
 
 public slots:
+    void HideVirtualKeyboard() { ++hides; }
     QString LoadUserData(const QString &file) { return file == "keyboard.json" ? layouts : ""; }
 };
 

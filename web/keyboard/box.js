@@ -56,8 +56,9 @@ var Box = (function () {
         call('stbWebWindow', 'SendVirtualKeypress', [text, id]);
     }
 
+    /** Hides the keyboard, and nothing else: closing the window would close favourites as well. */
     function close() {
-        call('stbWebWindow', 'close', []);
+        call('gSTB', 'HideVirtualKeyboard', []);
     }
 
     return {

@@ -9,6 +9,9 @@ function hide_hole() {
         document.querySelector('div.tv_prev_window') && withHole && plain) {
         withHole.style.display = 'none';
         plain.style.display = 'block';
+    } else {
+        // hole() does this once it has found the TV layer.
+        hole.shown = false;
     }
 }
 

@@ -73,6 +73,10 @@ function hole() {
 
     layer.style.background = 'transparent';
     preview.style.background = 'transparent';
+
+    // What the portal asked for before its TV layer was there.
+    if (hole.shown !== undefined)
+        (hole.shown ? show_hole : hide_hole)();
 }
 
 hole();

@@ -9,6 +9,9 @@ function show_hole() {
         document.querySelector('div.tv_prev_window') && withHole && plain) {
         withHole.style.display = 'block';
         plain.style.display = 'none';
+    } else {
+        // hole() does this once it has found the TV layer.
+        hole.shown = true;
     }
 }
 
