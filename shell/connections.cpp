@@ -62,6 +62,7 @@ void Window::connectWindowObjects()
     connect(m_windowManager, &stbWindowMgr::GetFocusPos,    this, &Window::UpdateFocusedPos);
     connect(m_webWindow,     &stbWebWindow::OnVKey,         this, &Window::VirtualKeyboardOnKey);
     connect(m_webWindow,     &stbWebWindow::SetKeyboardPos, this, &Window::VirtualKeyboardSetPos);
+    // Promised, though nothing raises it.
     connect(m_webWindow,     &stbWebWindow::VKeyboardHide,  this, &Window::VirtualKeyboardClose);
     connect(m_webWindow,     &stbWebWindow::sClose,         this, &Window::OnWebWindowClose);
     // clang-format on

@@ -54,6 +54,7 @@ void Window::closeKeyboard()
         m_gSTB->HideVirtualKeyboard();
 }
 
+// The number is part of the interface and means nothing here.
 void Window::WinOpenWebFavorites(const QString &url, int)
 {
     logRecord("WinOpenWebFavorites", "()", url);

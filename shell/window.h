@@ -127,7 +127,7 @@ private:
     stbTimeShift *m_timeShift = nullptr;
     stbStorage *m_storage = nullptr;
     stbWebWindow *m_webWindow = nullptr;
-    stbSurface *m_surface = nullptr;
+    stbSurface *m_surface = nullptr; ///< promised to exist; published nowhere, read by nobody
     PageArea *m_area = nullptr;
     KeyboardPane *m_keyboard = nullptr;
     PageStack *m_pages = nullptr;

@@ -147,11 +147,19 @@ private slots:
         const TemporaryRoot root;
         ReceiverPeer receiver(BoxPaths::receiverSocket());
         qputenv("Q_VESPREL_PORTAL", "about:blank");
-        std::thread other([&receiver] {
+        QString seen;
+        std::thread other([&receiver, &seen] {
             while (!receiver.isConnected())
                 std::this_thread::yield();
             receiver.send(QByteArray("3ade68b1000003e900000000").repeated(3000));
-            QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(7); });
+            QMetaObject::invokeMethod(qApp, [&seen] {
+                const QCursor *cursor = QApplication::overrideCursor();
+                seen = QString("cursor %1").arg(cursor ? cursor->shape() : -1);
+                const QWidgetList windows = QApplication::topLevelWidgets();
+                for (const QWidget *window : windows)
+                    seen += window->inherits("Window") && window->isMaximized() ? " maximised" : "";
+                QCoreApplication::exit(7);
+            });
         });
         int count = 1;
         char name[] = "vesprel";
@@ -159,6 +167,7 @@ private slots:
         const int result = runVesprel(count, arguments);
         other.join();
         QCOMPARE(result, 7);
+        QCOMPARE(seen, QString("cursor %1 maximised").arg(Qt::BlankCursor));
     }
 };
 

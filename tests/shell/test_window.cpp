@@ -6,9 +6,11 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
+#include <QElapsedTimer>
 #include <QNetworkDiskCache>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWebSettings>
 #include <QWebView>
 
 namespace {
@@ -243,6 +245,54 @@ private slots:
         QTRY_COMPARE(m_portal->evaluate("text"), QVariant("local text"));
     }
 
+    /** The video plane lies below the window: nothing but what pages draw may cover it. */
+    void videoShowsThrough()
+    {
+        build();
+        m_portal->window.OnNewPortal("about:blank");
+        m_portal->load("<body>");
+        m_portal->window.WinOpenWebFavorites("about:blank", 0);
+        QVERIFY(m_portal->window.testAttribute(Qt::WA_TranslucentBackground));
+        QList<QWidget *> painted = {&m_portal->window};
+        for (QWebView *view : m_portal->window.findChildren<QWebView *>()) {
+            QVERIFY(view->testAttribute(Qt::WA_TranslucentBackground));
+            painted += view;
+        }
+        QCOMPARE(painted.size(), 4);
+        for (QWidget *widget : qAsConst(painted)) {
+            QImage image(widget->size(), QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            widget->render(&image);
+            QCOMPARE(image.pixelColor(image.rect().center()).alpha(), 0);
+        }
+    }
+
+    void webSettings()
+    {
+        build();
+        using Settings = QWebSettings;
+        for (const auto attribute :
+             {Settings::PluginsEnabled, Settings::AcceleratedCompositingEnabled,
+              Settings::WebGLEnabled})
+            QVERIFY2(Settings::globalSettings()->testAttribute(attribute),
+                     QByteArray::number(attribute));
+        m_portal->window.WinOpenWebFavorites("about:blank", 0);
+        for (const QWebView *view : m_portal->window.findChildren<QWebView *>()) {
+            for (const auto attribute : {Settings::JavascriptEnabled, Settings::PluginsEnabled,
+                                         Settings::DeveloperExtrasEnabled})
+                QVERIFY2(view->settings()->testAttribute(attribute), QByteArray::number(attribute));
+        }
+    }
+
+    void networkGoes()
+    {
+        build();
+        LogCapture log;
+        emit sharedNetworkAccess.networkAccessibleChanged(QNetworkAccessManager::NotAccessible);
+        QCOMPARE(log.take(), QStringList("NetworkAccessibleChanged( "
+                                         "QNetworkAccessManager::NotAccessible"));
+    }
+
     void quitAndNewPortal()
     {
         build();
@@ -259,7 +309,11 @@ private slots:
         QVERIFY(m_portal->window.isMaximized());
         m_portal->receiver.clear();
 
+        QElapsedTimer quitting;
+        quitting.start();
         emit m_portal->window.pwr();
+        // Time for the receiver to act before anything else happens.
+        QVERIFY(quitting.elapsed() >= 100);
         emit m_portal->window.pwr();
         QVERIFY(!m_portal->window.isVisible());
         QTRY_COMPARE(m_portal->receiver.received(), mediaStop + quit);

@@ -48,36 +48,36 @@
         setCaretPosition(ctrl, Math.max(0, Math.min(ctrl.value.length, caret)));
     }
 
-    window.GetFocusInputPos = function () {
+    function GetFocusInputPos() {
         var element = focusedElement();
         if (!element)
             return {x: 0, y: 0, w: 0, h: 0};
         var box = element.getBoundingClientRect();
         return {x: box.left, y: box.top, w: box.width, h: box.height};
-    };
+    }
 
-    window.getCursortPosition = function (ctrl) {
+    function getCursortPosition(ctrl) {
         // Fields such as numbers have no caret that scripts can see; theirs counts as the end.
         return typeof ctrl.selectionStart === 'number' ? ctrl.selectionStart : ctrl.value.length;
-    };
+    }
 
     // A negative position means the end.
-    window.setCaretPosition = function (ctrl, pos) {
+    function setCaretPosition(ctrl, pos) {
         var target = pos < 0 ? ctrl.value.length : pos;
         if (typeof ctrl.selectionStart === 'number')
             ctrl.setSelectionRange(target, target);
-    };
+    }
 
-    window.keyboardWrite = function (text) {
+    function keyboardWrite(text) {
         var ctrl = focusedField();
         if (!ctrl || ctrl.readOnly)
             return;
         var fits = fitting(ctrl, text);
         if (fits || !text)
             replaceBeforeCaret(ctrl, 0, fits);
-    };
+    }
 
-    window.keyboardDel = function () {
+    function keyboardDel() {
         var ctrl = focusedField();
         var caret = ctrl && !ctrl.readOnly ? getCursortPosition(ctrl) : 0;
         if (caret > 0) {
@@ -85,9 +85,9 @@
             var isPair = /[\uD800-\uDBFF][\uDC00-\uDFFF]$/.test(ctrl.value.slice(0, caret));
             replaceBeforeCaret(ctrl, isPair ? 2 : 1, '');
         }
-    };
+    }
 
-    window.KeyboardPress = function (text, id) {
+    function KeyboardPress(text, id) {
         if (text === 'Enter') {
             gSTB.HideVirtualKeyboard();
             return;
@@ -104,5 +104,13 @@
         case 'Right': moveCaret(ctrl, 1); break;
         default: keyboardWrite(text);
         }
-    };
+    }
+
+    // What portals and the box call; the rest stays in here.
+    window.GetFocusInputPos = GetFocusInputPos;
+    window.getCursortPosition = getCursortPosition;
+    window.setCaretPosition = setCaretPosition;
+    window.keyboardWrite = keyboardWrite;
+    window.keyboardDel = keyboardDel;
+    window.KeyboardPress = KeyboardPress;
 })();

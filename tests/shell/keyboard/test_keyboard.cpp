@@ -70,7 +70,12 @@ private slots:
     void init()
     {
         m_portal = std::make_unique<Portal>();
-        m_portal->root.write(keyboardPath, QByteArray("<html>") + tracingPage);
+        m_portal->root.write(keyboardPath,
+                             QByteArray("<html>") + tracingPage +
+                                 "<script>var typed = '';"
+                                 "document.addEventListener('keypress', function (e) {"
+                                 "  typed += String.fromCharCode(e.charCode); });"
+                                 "</script>");
         m_portal->load(QByteArray(tracingPage) + fieldPage);
     }
 
@@ -108,6 +113,7 @@ private slots:
         QCOMPARE(m_portal->trace(), QString("keyup(shift+116) keyup(16) keyup(37) keyup(85)"));
         QCOMPARE(keyboardTrace(), QString("keydown(16) keyup(16) keydown(shift+8) keyup(shift+8) "
                                           "keydown(37) keyup(37) keydown(85) keyup(85)"));
+        QCOMPARE(keyboardView()->page()->mainFrame()->evaluateJavaScript("typed"), QVariant("u"));
         QCOMPARE(log.take().filter("In Keyboard, will act like Key").size(), 4);
         QVERIFY(m_portal->window.isVisible());
     }

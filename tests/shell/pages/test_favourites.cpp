@@ -11,7 +11,7 @@
 #include <QWebView>
 
 /** The favourites view over the portal: opening, closing, and what its page may do meanwhile. */
-class TestFavorites : public QObject
+class TestFavourites : public QObject
 {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ private slots:
 
     void cleanup() { m_portal.reset(); }
 
-    void favorites()
+    void favourites()
     {
         m_portal->load("<title>portal</title>");
         const QString page = m_portal->root.write("external/settings/f.html", "<title>fav</title>");
@@ -42,7 +42,7 @@ private slots:
     }
 
     /** However many are open, each close takes one, and the last brings the portal back. */
-    void favoritesTwice()
+    void favouritesTwice()
     {
         m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
         m_portal->evaluate("stbWindowMgr.openWebFavorites('about:blank', 0)");
@@ -53,7 +53,7 @@ private slots:
         QCOMPARE(m_portal->stack()->currentIndex(), 0);
     }
 
-    void pageModeAfterFavorites_data()
+    void pageModeAfterFavourites_data()
     {
         QTest::addColumn<QString>("page");
         QTest::addColumn<QString>("trace");
@@ -64,7 +64,7 @@ private slots:
                                      << "keyup(8)";
     }
 
-    void pageModeAfterFavorites()
+    void pageModeAfterFavourites()
     {
         QFETCH(QString, page);
         m_portal->load(QByteArray(tracingPage) + "<script>gSTB.InitPlayer();</script>");
@@ -77,7 +77,7 @@ private slots:
     }
 
     /** A favourites page identifies itself as the box, but its failures are its own. */
-    void favoritesOnTheNetwork()
+    void favouritesOnTheNetwork()
     {
         HttpServer server;
         server.page("/fav", "<title>fav</title><img src='/missing.png'>");
@@ -90,7 +90,7 @@ private slots:
     }
 
     /** Closed by an event while its own alert is open: the page's script ends before it goes. */
-    void favoritesClosedDuringAlert()
+    void favouritesClosedDuringAlert()
     {
         m_portal->load("<title>portal</title>");
         const QString page =
@@ -99,7 +99,7 @@ private slots:
                                                "</script>");
         m_portal->window.WinOpenWebFavorites("file://" + page, 0);
         QTRY_COMPARE(m_portal->evaluate("document.title"), QVariant("fav"));
-        const QPointer<QWebView> favorites = m_portal->view();
+        const QPointer<QWebView> favourites = m_portal->view();
         m_portal->evaluate("setTimeout(function () { alert('open'); }, 0)");
         QTimer event;
         connect(&event, &QTimer::timeout, this, [this, &event] {
@@ -109,10 +109,10 @@ private slots:
             }
         });
         event.start(10);
-        QTRY_VERIFY(favorites.isNull());
+        QTRY_VERIFY(favourites.isNull());
         QCOMPARE(m_portal->evaluate("document.title"), QVariant("portal"));
     }
 };
 
-QTEST_MAIN(TestFavorites)
-#include "test_favorites.moc"
+QTEST_MAIN(TestFavourites)
+#include "test_favourites.moc"
