@@ -2,16 +2,19 @@
 # SPDX-License-Identifier: Apache-2.0
 """A receiver that plays nothing: serves the socket, answers every request, reports play start.
 
-receiver.py SOCKET. It ends when it is killed, and a program that is started later finds it as new.
+receiver.py SOCKET [FILE]. FILE holds the URL of a portal that is announced to every program that
+connects, and again at SIGUSR1. Ends when it is killed.
 """
 import os
+import signal
 import socket
 import struct
 import sys
 import threading
 
 MAGIC = 987654321
-PLAY, PLAY_STARTED = 1000, 1001
+PLAY, SCREEN = 1000, 1200
+NEW_PORTAL, PLAY_STARTED = 1000, 1001
 # Requests that wait, the type of their answers, and the answers.
 ANSWERS = {
     1902: (1016, b"[]"),
@@ -40,10 +43,11 @@ def read_exactly(connection, size):
 
 
 class Receiver:
-    """Sends to every connection, since a program reads only one of its two."""
+    """A program has two connections: it sends over one and listens on the other."""
 
-    def __init__(self, path):
-        self.connections = []
+    def __init__(self, path, announcement):
+        self.announcement = announcement
+        self.listening = []
         self.lock = threading.Lock()
         self.listener = socket.socket(socket.AF_UNIX)
         if os.path.exists(path):
@@ -54,33 +58,49 @@ class Receiver:
 
     def tell(self, data):
         with self.lock:
-            for connection in self.connections:
+            for connection in self.listening:
                 try:
                     connection.sendall(data)
                 except OSError:
                     pass
 
+    def announce(self):
+        if self.announcement:
+            with open(self.announcement, "rb") as file:
+                self.tell(frame(NEW_PORTAL, file.read()))
+
+    def forget(self, connection):
+        with self.lock:
+            if connection in self.listening:
+                self.listening.remove(connection)
+
     def serve(self, connection):
         try:
             while True:
                 _, kind, size = struct.unpack("!III", read_exactly(connection, 12))
+                self.forget(connection)
                 read_exactly(connection, size)
-                if kind in ANSWERS:
+                if kind == SCREEN:
+                    # The other connection is made at about the same time.
+                    threading.Timer(0.5, self.announce).start()
+                elif kind in ANSWERS:
                     self.tell(frame(*ANSWERS[kind]))
                 elif kind == PLAY:
                     self.tell(frame(PLAY_STARTED))
         except OSError:
-            with self.lock:
-                self.connections.remove(connection)
+            self.forget(connection)
             connection.close()
 
     def run(self):
         while True:
             connection, _ = self.listener.accept()
             with self.lock:
-                self.connections.append(connection)
+                self.listening.append(connection)
             threading.Thread(target=self.serve, args=(connection,), daemon=True).start()
 
 
 if __name__ == "__main__":
-    Receiver(sys.argv[1]).run()
+    receiver = Receiver(sys.argv[1], sys.argv[2] if len(sys.argv) > 2 else None)
+    # In a thread of its own, since the handler may interrupt one that holds the lock.
+    signal.signal(signal.SIGUSR1, lambda *_: threading.Thread(target=receiver.announce).start())
+    receiver.run()
