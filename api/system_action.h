@@ -21,9 +21,12 @@ struct SystemAction
 /** Understands an action by its beginning; upper and lower case differ. Any thread. */
 SystemAction parseSystemAction(const QString &action);
 
+/** How long an action script may run; a portal stands still meanwhile. */
+constexpr int actionTimeoutMs = 30000;
+
 /**
  * Runs the script with the shell and waits until it ends, at most timeoutMs milliseconds; the
  * caller is blocked so long. A script still running then is killed with all that it started.
  * Status and output are ignored; a missing script only fails. Any thread.
  */
-void runActionScript(const QString &script, const QString &action, int timeoutMs = 30000);
+void runActionScript(const QString &script, const QString &action, int timeoutMs = actionTimeoutMs);

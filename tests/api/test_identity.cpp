@@ -18,10 +18,6 @@ Q_DECLARE_METATYPE(NetworkLink::Kind)
 Q_DECLARE_METATYPE(QNetworkInterface::InterfaceType)
 Q_DECLARE_METATYPE(FileContents)
 
-namespace {
-
-} // namespace
-
 class TestIdentity : public QObject
 {
     Q_OBJECT
@@ -146,14 +142,6 @@ private slots:
         QFETCH(QString, address);
         QFETCH(QString, digest);
         QCOMPARE(::deviceDigest(address), digest);
-    }
-
-    void keyedIdentifier()
-    {
-        QCOMPARE(::keyedIdentifier("device_id", "SN1"), QString());
-        QCOMPARE(::keyedIdentifier("Device_id", "SN1"), QString("KV_SN1"));
-        QCOMPARE(::keyedIdentifier("device_id ", "SN1"), QString("KV_SN1"));
-        QCOMPARE(::keyedIdentifier("", "SN1"), QString("KV_SN1"));
     }
 
     void hashVersion1_data()

@@ -2,10 +2,8 @@
 #include "api/environment_settings.h"
 #include "api/parameter_query.h"
 #include "api/settings_file.h"
-#include "api/user_data.h"
 #include "platform/box_paths.h"
 #include "tests/support/files.h"
-#include "tests/support/log_capture.h"
 
 #include <QDir>
 #include <QFile>
@@ -165,35 +163,6 @@ private slots:
         QCOMPARE(contentOf(settingsPath()), after);
     }
 
-    void userData_data()
-    {
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("expected");
-        const QString layouts = "{\"layouts\":[\"en\", \"ru\", \"uk\", \"de\", \"tr\"],"
-                                "\"order\":[\"en\", \"ru\", \"uk\", \"de\", \"tr\"] }";
-        row("fixed", "keyboard.json", layouts);
-        row("other spelling", "Keyboard.json", "saved");
-        row("quotes and non-ASCII", "\"файл\" 1", "saved");
-        row("line break", "a\nb", "saved");
-        row("below", "sub/file", "saved");
-        row("no such folder", "none/file", "");
-        row("directory", "sub", "");
-        row("home itself", "", "");
-        row("NUL in the name", QString(QChar(0)) + "x", "");
-    }
-
-    void userData()
-    {
-        QFETCH(QString, fileName);
-        QFETCH(QString, expected);
-        QVERIFY(QDir(m_dir->path()).mkdir("sub"));
-        saveUserData(fileName, "old and longer");
-        saveUserData(fileName, "saved away");
-        QCOMPARE(loadUserData(fileName), expected);
-        if (expected == "saved")
-            QCOMPARE(contentOf(m_dir->filePath(fileName)), QByteArray("saved away"));
-    }
-
     void parameterQuery_data()
     {
         QTest::addColumn<QString>("par");
@@ -296,30 +265,6 @@ private slots:
         QCOMPARE(query(par.replace("%1", m_dir->path())), answer);
         const int left = int(QDir(m_dir->path()).count()) - 2; // without "." and ".."
         QCOMPARE(left, answer == "Ok" ? 2 : 3);
-    }
-
-    void queryRecords_data()
-    {
-        QTest::addColumn<QString>("par");
-        QTest::addColumn<QStringList>("expected");
-        row("get", "getenv city",
-            QStringList{"RDir getenv key: \"city\" value: \"\"", "RDir \"getenv city\" \"\""});
-        row("set", "setenv a b",
-            QStringList{"RDir setenv key: \"a\" value: \"b\"", "RDir \"setenv a b\" \"\""});
-        row("remove", "RemoveFile \"/no/file\"",
-            QStringList{"RDir try delete file  \"/no/file\"",
-                        "RDir \"RemoveFile \\\"/no/file\\\"\" \"Fail\""});
-        row("wrong pieces", "getenv", QStringList{R"(RDir "getenv" "")"});
-        row("fixed", "vmode", QStringList{R"(RDir "vmode" "720")"});
-    }
-
-    void queryRecords()
-    {
-        QFETCH(QString, par);
-        QFETCH(QStringList, expected);
-        LogCapture log;
-        query(par);
-        QCOMPARE(log.take(), expected);
     }
 
 private:

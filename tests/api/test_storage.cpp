@@ -197,7 +197,7 @@ private slots:
         row("looking up to a NUL", "gSTB.IsFileExist('ROOT/file\\0x')", "false");
         row("resource", "gSTB.IsFileExist('" + resource + "')", "false");
         row("resources", "gSTB.IsFolderExist(':/')", "false");
-        row("listing resources", "gSTB.SetListFilesExt('.png'); answer = gSTB.ListDir(':/')",
+        row("listing resources", "gSTB.SetListFilesExt('.png'), gSTB.ListDir(':/')",
             "\"var dirs = [];var files = [];\"");
         row("file with a colon", "gSTB.IsFileExist(':name')", "true");
         row("removing it", "gSTB.RDir('RemoveFile :name')", "\"Ok\"");

@@ -123,6 +123,8 @@ private slots:
         QVERIFY(QFile::exists(done));
     }
 
+    void timeLimitOfTheBox() { QCOMPARE(actionTimeoutMs, 30000); }
+
     void killedWithItsChildren_data()
     {
         QTest::addColumn<QByteArray>("body");

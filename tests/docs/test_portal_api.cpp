@@ -8,15 +8,21 @@
 #include "objects/window_manager.h"
 #include "shell/pages/injected_script.h"
 #include "shell/pages/page_statement.h"
+#include "tests/support/files.h"
+#include "tests/support/gstb_page.h"
 
 #include <QFile>
+#include <QMap>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QRegularExpression>
 #include <QTest>
 #include <QWebFrame>
 #include <QWebPage>
 
+#include <algorithm>
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -121,9 +127,41 @@ const QList<QPair<QString, const QMetaObject *>> &publishedObjects()
     return objects;
 }
 
+/** An argument of each type that a signature names. */
+QStringList sampleArguments(const QString &signature)
+{
+    QStringList samples;
+    const QString types = signature.section('(', 1).chopped(1);
+    for (const QString &type : types.split(',', Qt::SkipEmptyParts))
+        samples.append(type == "QString" ? "\"a\"" : type == "bool" ? "true" : "7");
+    return samples;
+}
+
+/** The objects beside gSTB, in the same page. */
+struct Objects
+{
+    explicit Objects(GstbPage &page)
+        : players(nullptr, &page.gSTB)
+    {
+        page.publish("stbPlayerManager", players);
+        page.publish("timeShift", timeShift);
+        page.publish("stbStorage", storage);
+        page.publish("stbWindowMgr", windows);
+        page.publish("stbWebWindow", webWindow);
+    }
+
+    stbPlayerManager players;
+    stbTimeShift timeShift;
+    stbStorage storage;
+    stbWindowMgr windows;
+    stbWebWindow webWindow;
+};
+
 } // namespace
 
-/** The reference for portal developers tells of every member that a page can reach, and no other.
+/**
+ * The reference for portal developers tells of every member that a page can reach, and no other;
+ * what it says of answers, defaults, actions, arguments and events is tried.
  */
 class TestPortalApi : public QObject
 {
@@ -131,6 +169,8 @@ class TestPortalApi : public QObject
 
 private:
     QList<Row> m_rows;
+    std::unique_ptr<GstbPage> m_page;
+    std::unique_ptr<Objects> m_objects;
 
     QStringList select(const QString &table, const std::function<QString(const Row &)> &text) const
     {
@@ -143,7 +183,22 @@ private:
     }
 
 private slots:
-    void initTestCase() { m_rows = readDocument(); }
+    void initTestCase()
+    {
+        m_rows = readDocument();
+        m_page = std::make_unique<GstbPage>([](const QString &root) {
+            const QString script = root + "/home/default/action.sh";
+            writeFile(script, "#!/bin/sh\ntouch " + root.toUtf8() + "/ran\n");
+            QFile::setPermissions(script, QFile::Permissions(0x7700));
+        });
+        m_objects = std::make_unique<Objects>(*m_page);
+    }
+
+    void cleanupTestCase()
+    {
+        m_objects.reset();
+        m_page.reset();
+    }
 
     void members_data()
     {
@@ -152,6 +207,7 @@ private slots:
             QTest::newRow(qPrintable(name)) << membersOf(*meta);
     }
 
+    /** In the order of the interface too, where the reference does not sort them by theme. */
     void members()
     {
         QFETCH(QStringList, existing);
@@ -164,6 +220,181 @@ private slots:
         }
         const QString text = disagreement(documented, existing);
         QVERIFY2(text.isEmpty(), qPrintable(text));
+        if (QTest::currentDataTag() == QByteArray("gSTB"))
+            return;
+        const auto byTable = [](const QString &a, const QString &b) {
+            return a.section(':', 0, 0) < b.section(':', 0, 0);
+        };
+        std::stable_sort(documented.begin(), documented.end(), byTable);
+        std::stable_sort(existing.begin(), existing.end(), byTable);
+        QCOMPARE(documented, existing);
+    }
+
+    /** Each method whose answer the page tells gives it; the others that do nothing give none. */
+    void fixedAnswers()
+    {
+        int tried = 0;
+        for (const Row &row : m_rows) {
+            if (row.table != "Method" || (row.cell(2) != "stub" && row.cell(2) != "fixed"))
+                continue;
+            const QStringList arguments = sampleArguments(row.cell(0));
+            static const QRegularExpression told("Answers `?(\\*charset\\*|\"[^`]*\"|\\w+)`?");
+            QString answer = told.match(row.cells.last()).captured(1);
+            if (answer == "*charset*")
+                answer = arguments.first();
+            const QString call =
+                QString("%1['%2'](%3)").arg(row.section, row.cell(0), arguments.join(','));
+            QCOMPARE(call + " -> " + m_page->answer(call),
+                     call + " -> " + (answer.isEmpty() ? "null" : answer));
+            QCOMPARE(call + m_page->requests.take(), call);
+            ++tried;
+        }
+        QCOMPARE(tried, 170);
+    }
+
+    void fixedProperties()
+    {
+        for (const Row &row : m_rows) {
+            if (row.table != "Property" || !row.cell(2).startsWith("always "))
+                continue;
+            const QString value = row.cell(2).mid(7);
+            QCOMPARE(row.section + '.' + row.cell(0) + ' ' +
+                         m_page->answer(row.section + '.' + row.cell(0)),
+                     row.section + '.' + row.cell(0) + ' ' + (value == "empty" ? "[]" : value));
+        }
+    }
+
+    void settingDefaults()
+    {
+        const auto value = [](const QString &cell) { return cell == "empty" ? QString() : cell; };
+        int tried = 0;
+        for (const Row &row : m_rows) {
+            if (row.table != "Setting")
+                continue;
+            const QString name = row.cell(0);
+            QCOMPARE(m_page->evaluate("JSON.parse(gSTB.GetEnv('{\"varList\":[\"" + name +
+                                      "\"]}')).result['" + name + "']"),
+                     QVariant(value(row.cell(1))));
+            QCOMPARE(m_page->evaluate("gSTB.RDir('getenv " + name + "')"),
+                     QVariant(value(row.cell(2))));
+            ++tried;
+        }
+        QCOMPARE(tried, 6);
+    }
+
+    void boxParameters()
+    {
+        qputenv("Q_MODEL", "the model");
+        qputenv("Q_HARDWARE_VERSION", "the hardware");
+        writeFile(m_page->path("file"), "x");
+        // What stands for words in the answers of the table.
+        const QMap<QString, QString> meant = {
+            {"as the identity methods answer",
+             "{Model: gSTB.GetDeviceModel(), HardwareVersion: gSTB.GetDeviceVersionHardware()}"},
+            {"`\"\"`; stores the setting", "{'setenv NAME VALUE': ''}"},
+            {"the setting NAME", "{'getenv NAME': 'VALUE'}"},
+        };
+        QStringList tried;
+        // Settings are stored before they are read.
+        QList<Row> rows = m_rows;
+        std::stable_sort(rows.begin(), rows.end(), [](const Row &a, const Row &b) {
+            return a.cell(0).startsWith("setenv") > b.cell(0).startsWith("setenv");
+        });
+        for (const Row &row : qAsConst(rows)) {
+            if (row.table != "Text")
+                continue;
+            static const QRegularExpression exact("^`([^`]*)`$");
+            for (const QString &text : row.cell(0).split(", ")) {
+                const QString answer = m_page->evaluate("gSTB.RDir('" + text + "')").toString();
+                const QString told = exact.match(row.cells[1]).captured(1);
+                if (!told.isEmpty())
+                    QCOMPARE(text + ": " + answer, text + ": " + told);
+                else if (meant.contains(row.cells[1]))
+                    QCOMPARE(text + ": " + answer,
+                             text + ": " +
+                                 m_page->evaluate('(' + meant[row.cells[1]] + ")['" + text + "']")
+                                     .toString());
+                else
+                    continue;
+                tried.append(text);
+            }
+        }
+        QCOMPARE(
+            tried.join(' '),
+            QString(
+                "setenv NAME VALUE vmode gmode Model HardwareVersion getenv NAME get_crc_count"));
+        QCOMPARE(m_page->answer("gSTB.RDir('RemoveFile \"ROOT/file\"')"), QString("\"Ok\""));
+        QCOMPARE(m_page->answer("gSTB.RDir('RemoveFile ROOT/file')"), QString("\"Fail\""));
+    }
+
+    /** Each action has the effect that the table names. */
+    void actions()
+    {
+        m_page->requests.take();
+        int tried = 0;
+        const QString ran = m_page->path("ran");
+        for (const Row &row : m_rows) {
+            if (row.table != "Action begins with")
+                continue;
+            for (const QString &action : row.cell(0).split(", ")) {
+                QFile::remove(ran);
+                m_page->evaluate("gSTB.ExecAction('" + action + " 1280')");
+                const QString requests = m_page->requests.take();
+                const QString effect = requests == "OnScreenMode(1280)" ? "sets the width"
+                                       : requests == "OnReboot()" ? "asks the receiver to restart"
+                                       : QFile::exists(ran)       ? "the box's action script runs"
+                                                                  : "none";
+                QVERIFY2(row.cell(1).startsWith(effect), qPrintable(action + ": " + effect));
+                ++tried;
+            }
+        }
+        QCOMPARE(tried, 7);
+    }
+
+    /** Arguments in the order in which the reference names them, each with a value of its own. */
+    void argumentOrder_data()
+    {
+        QTest::addColumn<QString>("values");
+        QTest::addColumn<QString>("request");
+        const auto row = [](const char *signature, const char *values, const char *request) {
+            QTest::newRow(signature) << QString(values) << QString(request);
+        };
+        row("SetViewport(int,int,int,int)", "xsize=3 ysize=4 x=1 y=2", "OnViewPort(1,2,3,4)");
+        row("SetViewportEx(int,int,int,int,int,int,int,int,bool)",
+            "xSize=3 ySize=4 xPos=1 yPos=2 clipXSize=5 clipYSize=6 clipXPos=7 clipYPos=8"
+            " saveClip=true",
+            "OnViewPort(1,2,3,4)");
+        row("SetPIG(int,int,int,int)", "state=1 scale=5 x=6 y=7", "OnViewPort(0,0,0,0)");
+        row("SetAudioLangs(QString,QString)", "priLang='ru' secLang='en'", "OnAudioLangs(ru,en)");
+        row("SetSubtitleLangs(QString,QString)", "priLang='ru' secLang='en'", "OnSubLangs(ru,en)");
+        row("Play(QString,QString)", "url='u' proxy='p'", "OnPlay(u)");
+        row("PlaySolution(QString,QString)", "solution='s' URL='u' url='u'", "OnPlay(u)");
+        row("SetPosTime(int)", "time=5", "OnSeekTime(5000)");
+        row("SetPosTimeEx(int)", "time=5", "OnSeekTime(5)");
+    }
+
+    void argumentOrder()
+    {
+        QFETCH(QString, values);
+        const QString signature = QTest::currentDataTag();
+        QMap<QString, QString> valueOf;
+        for (const QString &pair : values.split(' '))
+            valueOf[pair.section('=', 0, 0)] = pair.section('=', 1);
+        m_page->evaluate("gSTB.Play('first')");
+        m_page->requests.take();
+        for (const Row &row : m_rows) {
+            if (row.section != "gSTB" || row.cell(0) != signature || row.table != "Method")
+                continue;
+            QStringList arguments;
+            static const QRegularExpression named("(?<!\\*)\\*(\\w+)\\*(?!\\*)");
+            for (auto match = named.globalMatch(row.cells.last()); match.hasNext();) {
+                const QString value = valueOf.value(match.next().captured(1));
+                if (!value.isEmpty())
+                    arguments.append(value);
+            }
+            m_page->evaluate("gSTB['" + signature + "'](" + arguments.join(',') + ')');
+        }
+        QTEST(m_page->requests.take(), "request");
     }
 
     /** No member may hide under a heading that is no object, nor behind an unknown kind. */
@@ -232,9 +463,25 @@ private slots:
         const QStringList documented = select("Code", [](const Row &row) { return row.cell(1); });
         const QString text = disagreement(documented, raised);
         QVERIFY2(text.isEmpty(), qPrintable(text));
+        const QMap<QString, QString> meanings = {
+            {"\"1\"", "playback ended"},
+            {"\"4\"", "playback started"},
+            {"\"7\"", "the list of audio tracks changed"},
+            {"\"9\"", "the list of subtitle tracks changed"},
+            {"\"34\"", "a recording finished"},
+            {"\"35\"", "a recording failed"},
+            {"\"39\"", "a recording started"},
+            {"\"storage.mount\"", "storage was plugged in"},
+            {"\"storage.unmount\"", "storage was taken away"},
+            {"enable_arrow_keys_setpos", "the first play request"},
+            {"key.EXIT", "the first `gSTB.InitPlayer()`"},
+        };
         for (const Row &row : m_rows) {
-            if (row.table == "Code")
-                QVERIFY2(row.cell(1).contains(row.cell(0)), qPrintable(row.cell(0)));
+            if (row.table != "Code")
+                continue;
+            QVERIFY2(row.cell(1).contains(row.cell(0)), qPrintable(row.cell(0)));
+            QVERIFY2(row.cells[2].startsWith(meanings.value(row.cell(0), "?")),
+                     qPrintable(row.cells.join(" | ")));
         }
     }
 };

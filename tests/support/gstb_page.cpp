@@ -6,17 +6,25 @@
 #include <QFile>
 #include <QWebFrame>
 
-GstbPage::Folder::Folder()
+GstbPage::Folder::Folder(const std::function<void(const QString &folder)> &prepare)
 {
     BoxPaths::setRoot(root.path());
     qputenv("APP_HOME", QFile::encodeName(root.path() + '/'));
     qputenv("Q_PRIVATE_SETTING_PATH", "settings");
+    if (prepare)
+        prepare(root.path());
 }
 
-GstbPage::GstbPage()
-    : requests(gSTB)
+GstbPage::GstbPage(const std::function<void(const QString &folder)> &prepare)
+    : m_folder(prepare)
+    , requests(gSTB)
 {
-    m_page.mainFrame()->addToJavaScriptWindowObject("gSTB", &gSTB);
+    publish("gSTB", gSTB);
+}
+
+void GstbPage::publish(const QString &name, QObject &object)
+{
+    m_page.mainFrame()->addToJavaScriptWindowObject(name, &object);
 }
 
 QVariant GstbPage::evaluate(QString script)
@@ -26,7 +34,7 @@ QVariant GstbPage::evaluate(QString script)
 
 QString GstbPage::answer(const QString &expression)
 {
-    return evaluate("var answer = " + expression +
-                    "; answer === undefined ? 'null' : JSON.stringify(answer)")
+    return evaluate("var answer = (" + expression +
+                    "); answer === undefined ? 'null' : JSON.stringify(answer)")
         .toString();
 }

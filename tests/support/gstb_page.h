@@ -8,6 +8,8 @@
 #include <QVariant>
 #include <QWebPage>
 
+#include <functional>
+
 /**
  * A page with gSTB in it, the box below a temporary folder that is also the application's home.
  * One at a time, since there is one sound device.
@@ -15,7 +17,11 @@
 class GstbPage
 {
 public:
-    GstbPage();
+    /** `prepare` puts files below the folder before the box starts. */
+    explicit GstbPage(const std::function<void(const QString &folder)> &prepare = {});
+
+    /** Gives the page another object, which must live as long. */
+    void publish(const QString &name, QObject &object);
 
     /** Evaluates a script, in which ROOT stands for the temporary folder. */
     QVariant evaluate(QString script);
@@ -29,9 +35,10 @@ private:
     /** Set up before gSTB, which reads from it as soon as it is made. */
     struct Folder
     {
-        Folder();
+        explicit Folder(const std::function<void(const QString &folder)> &prepare);
         QTemporaryDir root;
-    } m_folder;
+    };
+    Folder m_folder;
 
 public:
     VesprelV2 gSTB;
