@@ -134,10 +134,10 @@ private slots:
             LogCapture log;
             m_page->gSTB.WriteCFG(QString(9000, 'n'));
             CHECK(contentOf(file) == before);
-            CHECK(log.take().last() == "Could not write file, it stays as it was");
+            CHECK(log.take().constLast() == "Could not write file, it stays as it was");
             m_page->gSTB.WriteCFG("short");
             CHECK(contentOf(file) == "short");
-            CHECK(log.take().last() == "WriteCFG (): \"short\"");
+            CHECK(log.take().constLast() == "WriteCFG (): \"short\"");
             // A mount point, which nothing can take the place of.
             const QByteArray own = QFile::encodeName(file);
             CHECK(::mount(own.constData(), own.constData(), nullptr, MS_BIND, nullptr) == 0);
@@ -256,18 +256,19 @@ private slots:
         QCOMPARE(log.take().size(), 1);
         writeFile(m_page->path("data"), most + 'x');
         QCOMPARE(answer("gSTB.LoadUserData('data')"), QString("\"\""));
-        QCOMPARE(log.take().last(), "Not read, more than 16 MiB: \"" + m_page->path("data") + '"');
+        QCOMPARE(log.take().constLast(),
+                 "Not read, more than 16 MiB: \"" + m_page->path("data") + '"');
         writeFile(m_page->path("data"), "word " + most);
         QCOMPARE(answer("gSTB.LoadUserData('data')"), QString("\"word\""));
         writeFile(m_page->path("etc/stb_params"), most + 'x');
         QCOMPARE(answer("gSTB.ReadCFG()"), QString("\"\""));
-        QVERIFY(log.take().last().startsWith("Not read"));
+        QVERIFY(log.take().constLast().startsWith("Not read"));
         // What could not be read again is not stored.
         writeFile(m_page->path("settings"), R"({"a":"b"})");
         answer("gSTB.SetEnv(JSON.stringify({c: Array(" + QString::number(16 << 20) +
                ").join('x')}))");
         QCOMPARE(firstBytes(m_page->path("settings")), QByteArray(R"({"a":"b"})"));
-        QVERIFY(log.take().last().startsWith("Not stored"));
+        QVERIFY(log.take().constLast().startsWith("Not stored"));
     }
 
     /** A thousand settings cost one write. */

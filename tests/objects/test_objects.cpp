@@ -231,7 +231,7 @@ private slots:
         player.setAudioLanguages(languages);
         QTEST(m_objects->requests(), "passedOn");
         QCOMPARE(player.getAudioLanguages(), languages);
-        QCOMPARE(log.take().first(), QString("setAudioLanguages ():"));
+        QCOMPARE(log.take().constFirst(), QString("setAudioLanguages ():"));
         QCOMPARE(player.id(), 0);
         // The receiver may have been told otherwise meanwhile, so the same list goes out again.
         player.setAudioLanguages(languages);
@@ -260,7 +260,7 @@ private slots:
         };
         LogCapture log;
         QCOMPARE(ask(), form.arg(0).arg(0).arg(0).arg(0));
-        QVERIFY(log.take().last().startsWith("GetFocusedInputInfo (): \"{\\\"result"));
+        QVERIFY(log.take().constLast().startsWith("GetFocusedInputInfo (): \"{\\\"result"));
         connect(
             &m_objects->windows, &stbWindowMgr::GetFocusPos, this,
             [](int &x, int &y, int &w, int &h) { std::tie(x, y, w, h) = std::tuple(-1, 2, 3, 4); });
