@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+struct xcb_connection_t;
+
+/**
+ * The display of a box: presses its keys, moves its pointer and takes its picture. The keyboard
+ * is arranged so that every key of the protocol exists without Shift. A lost display makes every
+ * function do nothing. One thread at a time.
+ */
+class Display
+{
+public:
+    /** Connects and arranges the keyboard; none if that fails. Before any program starts there. */
+    static std::unique_ptr<Display> open(const QString &name);
+
+    ~Display();
+    Display(const Display &) = delete;
+    Display &operator=(const Display &) = delete;
+
+    /** The key that gives an X key symbol, shift telling whether Shift is held already. */
+    quint8 keyFor(quint32 symbol, bool shift);
+
+    void pressKey(quint8 code, bool down);
+    void pressButton(quint8 button, bool down);
+    void movePointer(int x, int y);
+
+    /** Sends the mark of this number to a window, behind all input so far. */
+    void mark(quint32 window, quint32 number);
+
+    /** The whole screen as PNG; empty if it cannot be taken. */
+    QByteArray picture();
+
+private:
+    Display(xcb_connection_t *connection, quint32 root, quint32 size);
+
+    void arrangeKeyboard();
+    void setKey(quint8 code, quint32 symbol);
+    void fake(quint8 type, quint8 detail, int x = 0, int y = 0);
+
+    xcb_connection_t *m_connection;
+    quint32 m_root;
+    int m_width;
+    int m_height;
+    QHash<quint32, quint8> m_plain;   ///< Keys by what they give without Shift.
+    QHash<quint32, quint8> m_shifted; ///< Keys by what they give with Shift.
+    QVector<quint8> m_free;           ///< Keys for further symbols, the longest unused first.
+};

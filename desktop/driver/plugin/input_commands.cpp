@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * What the driver may ask about input, pictures and cookies.
+ */
+#include "desktop/driver/plugin/command_server.h"
+#include "desktop/driver/plugin/cookies.h"
+#include "desktop/driver/plugin/typing.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QImage>
+#include <QJsonArray>
+#include <QNetworkAccessManager>
+#include <QNetworkCookieJar>
+#include <QPainter>
+#include <QWebFrame>
+#include <QWebView>
+#include <QWheelEvent>
+
+#include <utility>
+
+namespace {
+
+QJsonObject value(const QJsonValue &result) { return {{"value", result}}; }
+
+QString base64Png(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    // Fast rather than small: it goes no further than this machine.
+    image.save(&buffer, "PNG", 80);
+    return QString::fromLatin1(bytes.toBase64());
+}
+
+} // namespace
+
+CommandServer::Answer CommandServer::place(const Request &request)
+{
+    // The frame's corner in the view, by way of the elements that hold the frames.
+    double x = 0;
+    double y = 0;
+    for (QWebFrame *frame = request.frame; frame->parentFrame(); frame = frame->parentFrame()) {
+        QWebFrame *parent = frame->parentFrame();
+        const QJsonObject holder =
+            m_pages.call(parent, "frameElement", {parent->childFrames().indexOf(frame)});
+        if (!holder.contains("value"))
+            return holder;
+        const QJsonArray corner =
+            m_pages.call(parent, "frameOffset", {holder.value("value")}).value("value").toArray();
+        x += corner.at(0).toDouble();
+        y += corner.at(1).toDouble();
+    }
+    const QPoint origin = request.view->mapToGlobal(QPoint(int(x), int(y)));
+    const QJsonObject size = m_pages.call(request.frame, "size", {});
+    return value(QJsonObject{{"x", origin.x()},
+                             {"y", origin.y()},
+                             {"size", size.value("value")},
+                             {"window", double(request.view->window()->winId())}});
+}
+
+CommandServer::Answer CommandServer::type(const Request &request)
+{
+    request.view->setFocus(Qt::OtherFocusReason);
+    typeText(*request.view, request.params.value("text").toString());
+    return value({});
+}
+
+CommandServer::Answer CommandServer::scroll(const Request &request)
+{
+    const QPoint global(request.params.value("x").toInt(), request.params.value("y").toInt());
+    // 120 units of a wheel scroll 120 pixels in the engine, so that a pixel is a unit.
+    const QPoint delta(-request.params.value("deltaX").toInt(),
+                       -request.params.value("deltaY").toInt());
+    for (const QPoint &step : {QPoint(delta.x(), 0), QPoint(0, delta.y())}) {
+        if (step.isNull())
+            continue;
+        QWheelEvent event(request.view->mapFromGlobal(global), global, {}, step, Qt::NoButton,
+                          QApplication::keyboardModifiers(), Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(request.view, &event);
+    }
+    return value({});
+}
+
+CommandServer::Answer CommandServer::waitForMark(const Request &request)
+{
+    const int id = request.id;
+    m_mark.wait(quint32(request.params.value("number").toDouble()), [this, id] {
+        reply(id, {{"value", QJsonValue()}, {"prompt", !m_prompts.open().isEmpty()}});
+    });
+    return std::nullopt;
+}
+
+CommandServer::Answer CommandServer::picture(const Request &request)
+{
+    const QSize size = request.view->size();
+    QRect part({}, size);
+    if (request.params.contains("x")) {
+        part =
+            QRect(request.params.value("x").toInt(), request.params.value("y").toInt(),
+                  request.params.value("width").toInt(), request.params.value("height").toInt()) &
+            part;
+    }
+    if (part.isEmpty())
+        return QJsonObject{{"error", "unable to capture screen"}, {"message", "Nothing is there."}};
+    QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(-part.topLeft());
+    request.view->page()->mainFrame()->render(&painter, QWebFrame::AllLayers, part);
+    painter.end();
+    return value(base64Png(image));
+}
+
+CommandServer::Answer CommandServer::cookies(const Request &request)
+{
+    const QNetworkAccessManager *network = request.view->page()->networkAccessManager();
+    return value(cookiesOf(*network->cookieJar(), request.frame->url()));
+}
+
+CommandServer::Answer CommandServer::changeCookies(const Request &request)
+{
+    QNetworkCookieJar &jar = *request.view->page()->networkAccessManager()->cookieJar();
+    const QUrl url = request.frame->url();
+    if (request.params.contains("delete")) {
+        deleteCookies(jar, url, request.params.value("delete").toString());
+        return value({});
+    }
+    const QJsonObject cookie = request.params.value("cookie").toObject();
+    if (url.host().isEmpty() || !url.scheme().startsWith("http"))
+        return QJsonObject{{"error", "invalid cookie domain"},
+                           {"message", "Documents of this kind have no cookies."}};
+    QString domain = cookie.value("domain").toString(url.host());
+    if (domain.startsWith('.'))
+        domain.remove(0, 1);
+    if (url.host() != domain && !url.host().endsWith('.' + domain))
+        return QJsonObject{{"error", "invalid cookie domain"},
+                           {"message", "The document is not of " + domain + '.'}};
+    if (!addCookie(jar, url, cookie))
+        return QJsonObject{{"error", "unable to set cookie"}, {"message", "The box refused it."}};
+    return value({});
+}

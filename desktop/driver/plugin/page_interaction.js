@@ -1,0 +1,380 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * Before and after input: whether an element can be reached, where it is, and what is done to form
+ * fields without keys. Evaluated after page_commands.js, as a function of page_script.js's object.
+ */
+(function (driver) {
+    'use strict';
+
+    var fail = driver.fail;
+
+    function isHtml(element, name) {
+        return element.namespaceURI === 'http://www.w3.org/1999/xhtml' &&
+            element.localName === name;
+    }
+
+    function style(element, name) {
+        return window.getComputedStyle(element, null).getPropertyValue(name);
+    }
+
+    function closest(element, names) {
+        while (element && names.indexOf(element.localName) < 0) {
+            element = element.parentNode;
+        }
+        return element || null;
+    }
+
+    // An option is reached through the list that holds it.
+    function containerOf(element) {
+        if (!isHtml(element, 'option') && !isHtml(element, 'optgroup')) {
+            return element;
+        }
+        return closest(element, ['datalist']) || closest(element, ['select']) || element;
+    }
+
+    // The centre of what is inside the viewport of the first box.
+    function centre(element) {
+        var box = element.getClientRects()[0];
+        if (!box) {
+            return null;
+        }
+        var left = Math.max(0, Math.min(box.left, box.right));
+        var right = Math.min(window.innerWidth, Math.max(box.left, box.right));
+        var top = Math.max(0, Math.min(box.top, box.bottom));
+        var bottom = Math.min(window.innerHeight, Math.max(box.top, box.bottom));
+        return [Math.floor((left + right) / 2), Math.floor((top + bottom) / 2)];
+    }
+
+    function isInside(point) {
+        return point[0] >= 0 && point[1] >= 0 && point[0] < window.innerWidth &&
+            point[1] < window.innerHeight;
+    }
+
+    // Whether the element would be painted at the point if it took pointer events.
+    function isInView(element) {
+        var point = centre(element);
+        var box = element.getClientRects()[0];
+        return !!point && isInside(point) && box.right > 0 && box.bottom > 0 &&
+            box.left < window.innerWidth && box.top < window.innerHeight &&
+            style(element, 'visibility') !== 'hidden';
+    }
+
+    function isObscured(element) {
+        var point = centre(element);
+        var top = document.elementFromPoint(point[0], point[1]);
+        if (top && element.contains(top)) {
+            return null;
+        }
+        return top || document.documentElement;
+    }
+
+    function scrollTo(element) {
+        if (isInView(element) && !isObscured(element)) {
+            return;
+        }
+        element.scrollIntoView(false);
+        if (!isInView(element)) {
+            element.scrollIntoViewIfNeeded();
+        }
+    }
+
+    function describe(element) {
+        return '<' + element.localName + (element.id ? ' id="' + element.id + '"' : '') + '>';
+    }
+
+    function fire(target, type) {
+        var event = document.createEvent('HTMLEvents');
+        event.initEvent(type, true, type === 'click');
+        target.dispatchEvent(event);
+    }
+
+    function fireMouse(target, type) {
+        var event = document.createEvent('MouseEvents');
+        event.initMouseEvent(type, true, true, window, 1, 0, 0, 0, 0, false, false, false, false, 0,
+            null);
+        target.dispatchEvent(event);
+    }
+
+    function isDisabledOption(option) {
+        for (var e = option; e && e.nodeType === 1; e = e.parentNode) {
+            if (['option', 'optgroup', 'select', 'fieldset'].indexOf(e.localName) >= 0 &&
+                e.hasAttribute('disabled')) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    function choose(option, list) {
+        fireMouse(list, 'mouseover');
+        fireMouse(list, 'mousemove');
+        fireMouse(list, 'mousedown');
+        list.focus();
+        if (!isDisabledOption(option)) {
+            var before = option.selected;
+            option.selected = list.multiple ? !before : true;
+            if (!before || list.multiple) {
+                fire(list, 'input');
+                fire(list, 'change');
+            }
+        }
+        fireMouse(list, 'mouseup');
+        fireMouse(list, 'click');
+    }
+
+    // Scrolls to the element. Answers with the point to click, or with nothing when an option was
+    // chosen, which needs no pointer.
+    driver.define('click', function (element) {
+        if (isHtml(element, 'input') && element.type === 'file') {
+            throw fail('invalid argument', 'A field for files cannot be clicked; send it keys.');
+        }
+        var container = containerOf(element);
+        scrollTo(container);
+        if (!isInView(container)) {
+            throw fail('element not interactable', describe(element) + ' cannot be scrolled into view.');
+        }
+        var top = isObscured(container);
+        if (top) {
+            throw fail('element click intercepted',
+                describe(top) + ' would take the click on ' + describe(element) + '.');
+        }
+        if (isHtml(element, 'option') && isHtml(container, 'select')) {
+            choose(element, container);
+            return null;
+        }
+        return centre(container);
+    });
+
+    driver.define('centre', function (element) {
+        var point = centre(element);
+        if (!point) {
+            throw fail('move target out of bounds', describe(element) + ' has no box.');
+        }
+        return point;
+    });
+
+    // The part of the element's box that the viewport shows after scrolling to it.
+    driver.define('picture', function (element) {
+        element.scrollIntoViewIfNeeded();
+        var box = element.getBoundingClientRect();
+        return {
+            x: Math.floor(box.left), y: Math.floor(box.top),
+            width: Math.ceil(box.right) - Math.floor(box.left),
+            height: Math.ceil(box.bottom) - Math.floor(box.top)
+        };
+    });
+
+    // Fields
+
+    var typed = ['text', 'search', 'url', 'tel', 'email', 'password', 'number', 'date', 'month',
+        'week', 'time', 'datetime', 'datetime-local'];
+
+    function stateOfField(element) {
+        var type = (element.getAttribute('type') || 'text').toLowerCase();
+        return typed.indexOf(type) >= 0 ? type : element.type;
+    }
+
+    function isDisabledField(element) {
+        return element.disabled || !!(element.webkitMatchesSelector &&
+            element.webkitMatchesSelector('fieldset[disabled] *'));
+    }
+
+    function isMutable(element) {
+        return !isDisabledField(element) && !element.readOnly;
+    }
+
+    function isEditableField(element) {
+        if (isHtml(element, 'textarea')) {
+            return true;
+        }
+        return isHtml(element, 'input') &&
+            (typed.indexOf(stateOfField(element)) >= 0 ||
+             ['range', 'color', 'file'].indexOf(element.type) >= 0);
+    }
+
+    function isEditableContent(element) {
+        return element.isContentEditable || document.designMode === 'on';
+    }
+
+    function isFocusable(element) {
+        return element === document.body || element === document.documentElement ||
+            (element.tabIndex >= 0 && !element.disabled) || element.hasAttribute('tabindex') ||
+            isEditableContent(element) || isEditableField(element);
+    }
+
+    function hasBox(element) {
+        return element.getClientRects().length > 0 && style(element, 'visibility') !== 'hidden';
+    }
+
+    driver.define('clear', function (element) {
+        var field = isEditableField(element);
+        if (field ? !isMutable(element) : !isEditableContent(element)) {
+            throw fail('invalid element state', describe(element) + ' cannot be edited.');
+        }
+        scrollTo(element);
+        var reachable = element === document.body || element === document.documentElement ||
+            (hasBox(element) && isInView(element));
+        if (!reachable) {
+            throw fail('element not interactable', describe(element) + ' cannot be reached.');
+        }
+        if (!field) {
+            if (element.innerHTML !== '') {
+                element.focus();
+                element.innerHTML = '';
+                element.blur();
+            }
+            return null;
+        }
+        var empty = element.type === 'file' ? element.files.length === 0 : element.value === '';
+        if (empty && (!element.willValidate || element.validity.valid)) {
+            return null;
+        }
+        element.focus();
+        element.value = '';
+        fire(element, 'input');
+        fire(element, 'change');
+        element.blur();
+        return null;
+    });
+
+    function putCaretAtEnd(element) {
+        if (typeof element.setSelectionRange === 'function') {
+            try {
+                element.setSelectionRange(element.value.length, element.value.length);
+            } catch (e) {
+                // Some kinds of fields have no caret that a script can move.
+            }
+            return;
+        }
+        var range = document.createRange();
+        range.selectNodeContents(element);
+        range.collapse(false);
+        var selection = window.getSelection();
+        selection.removeAllRanges();
+        selection.addRange(range);
+    }
+
+    // Makes the element ready for text: answers with "file", with "done" where the value is set at
+    // once, or with "type" when the element has the focus and waits for keys.
+    driver.define('prepareTyping', function (element, text, strictFiles) {
+        var file = isHtml(element, 'input') && element.type === 'file';
+        if (!file || strictFiles) {
+            scrollTo(element);
+            if (!isFocusable(element) || (!hasBox(element) && element !== document.body &&
+                    element !== document.documentElement) || isDisabledField(element)) {
+                throw fail('element not interactable', describe(element) + ' takes no keys.');
+            }
+        }
+        if (file) {
+            return element.multiple ? 'files' : 'file';
+        }
+        var type = stateOfField(element);
+        if (isHtml(element, 'input') && (type === 'range' || type === 'color')) {
+            if (!isMutable(element)) {
+                throw fail('element not interactable', describe(element) + ' cannot be changed.');
+            }
+            element.focus();
+            element.value = text;
+            if (type === 'color' && element.value !== text.toLowerCase()) {
+                throw fail('invalid argument', 'That is no colour.');
+            }
+            fire(element, 'input');
+            fire(element, 'change');
+            return 'done';
+        }
+        if (document.activeElement !== element) {
+            element.focus();
+            if (isEditableField(element) || isEditableContent(element)) {
+                putCaretAtEnd(element);
+            }
+        }
+        window.focus();
+        return 'type';
+    });
+
+    // Roles and names
+
+    var roles = {
+        article: 'article', aside: 'complementary', button: 'button', datalist: 'listbox',
+        dd: 'definition', details: 'group', dialog: 'dialog', dt: 'term', fieldset: 'group',
+        figure: 'figure', footer: 'contentinfo', form: 'form', h1: 'heading', h2: 'heading',
+        h3: 'heading', h4: 'heading', h5: 'heading', h6: 'heading', header: 'banner',
+        hr: 'separator', li: 'listitem', main: 'main', math: 'math', menu: 'list', nav: 'navigation',
+        ol: 'list', optgroup: 'group', option: 'option', output: 'status', p: 'paragraph',
+        progress: 'progressbar', section: 'region', summary: 'button', table: 'table',
+        tbody: 'rowgroup', td: 'cell', textarea: 'textbox', tfoot: 'rowgroup', th: 'columnheader',
+        thead: 'rowgroup', tr: 'row', ul: 'list'
+    };
+    var inputRoles = {
+        button: 'button', checkbox: 'checkbox', email: 'textbox', image: 'button',
+        number: 'spinbutton', radio: 'radio', range: 'slider', reset: 'button',
+        search: 'searchbox', submit: 'button', tel: 'textbox', text: 'textbox', url: 'textbox'
+    };
+
+    driver.define('role', function (element) {
+        var given = (element.getAttribute('role') || '').trim().split(/\s+/)[0];
+        if (given) {
+            return given === 'presentation' ? 'none' : given;
+        }
+        switch (element.localName) {
+        case 'a':
+        case 'area':
+            return element.hasAttribute('href') ? 'link' : 'generic';
+        case 'img':
+            return element.getAttribute('alt') === '' ? 'none' : 'img';
+        case 'input':
+            return inputRoles[element.type] || 'textbox';
+        case 'select':
+            return element.multiple || element.size > 1 ? 'listbox' : 'combobox';
+        }
+        return roles[element.localName] || 'generic';
+    });
+
+    function textOf(node, visited) {
+        if (node.nodeType === 3) {
+            return node.nodeValue;
+        }
+        if (node.nodeType !== 1 || visited.indexOf(node) >= 0 || style(node, 'display') === 'none') {
+            return '';
+        }
+        return nameOf(node, visited.concat([node]), true);
+    }
+
+    function nameFromReferences(element, visited) {
+        return (element.getAttribute('aria-labelledby') || '').trim().split(/\s+/).map(function (id) {
+            var other = id && document.getElementById(id);
+            return other ? nameOf(other, visited.concat([other]), true) : '';
+        }).join(' ').trim();
+    }
+
+    function nameFromLabels(element, visited) {
+        return Array.prototype.map.call(element.labels || [], function (label) {
+            return textOf(label, visited.concat([element]));
+        }).join(' ').trim();
+    }
+
+    function ownName(element) {
+        if (isHtml(element, 'input') && ['button', 'submit', 'reset'].indexOf(element.type) >= 0) {
+            return element.value || { submit: 'Submit', reset: 'Reset' }[element.type] || '';
+        }
+        return element.getAttribute('alt') || '';
+    }
+
+    var namedByContent = ['a', 'button', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'option', 'summary',
+        'td', 'th', 'label', 'legend', 'caption', 'tr', 'li'];
+
+    function nameOf(element, visited, fromContent) {
+        var name = (visited.length < 2 && nameFromReferences(element, visited)) ||
+            (element.getAttribute('aria-label') || '').trim() ||
+            nameFromLabels(element, visited) || ownName(element);
+        if (!name && (fromContent || namedByContent.indexOf(element.localName) >= 0 ||
+                      element.hasAttribute('role'))) {
+            name = Array.prototype.map.call(element.childNodes, function (node) {
+                return textOf(node, visited);
+            }).join('').replace(/\s+/g, ' ').trim();
+        }
+        return name || element.getAttribute('title') || element.getAttribute('placeholder') || '';
+    }
+
+    driver.define('label', function (element) { return nameOf(element, [element], false); });
+})

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * How a session asks its box; the commands are in the files session_*.cpp.
+ */
+#include "desktop/driver/session.h"
+
+#include "desktop/driver/webdriver_error.h"
+
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/** How long the program may take for what is no script and no load, in ms. */
+constexpr double programTime = 30000;
+
+WebDriverError errorOf(const QJsonObject &answer)
+{
+    return {answer.value("error").toString(), answer.value("message").toString(), {}};
+}
+
+auto now() { return std::chrono::steady_clock::now().time_since_epoch().count(); }
+
+} // namespace
+
+Session::Session(const QString &id, const BoxPrograms &programs, const SessionRequest &request)
+    : m_id(id)
+    , m_request(request)
+    , m_box(programs, request)
+    , m_lastUse(now())
+{
+    const QJsonObject question{{"method", "call"},
+                               {"window", m_window},
+                               {"strategy", "none"},
+                               {"params", QJsonObject{{"command", "userAgent"}}}};
+    const auto answer = m_box.request(question, deadlineAfter(programTime));
+    if (answer)
+        m_request.matched["userAgent"] = (*answer).value("value");
+}
+
+std::chrono::steady_clock::duration Session::idleTime() const
+{
+    return std::chrono::steady_clock::duration(now() - m_lastUse);
+}
+
+QJsonValue Session::execute(const Endpoint &endpoint, const CommandCall &call)
+{
+    const std::lock_guard<std::mutex> turn(m_turn);
+    m_lastUse = now();
+    if (isOver())
+        fail("invalid session id", "The session has ended.");
+    const QJsonValue result = (this->*endpoint.handler)(call);
+    m_lastUse = now();
+    return result;
+}
+
+QJsonObject Session::askOnce(const QString &method, const QJsonObject &params,
+                             const Deadline &deadline)
+{
+    const auto answer = m_box.request({{"method", method},
+                                       {"window", m_window},
+                                       {"frame", m_frame},
+                                       {"strategy", m_request.pageLoadStrategy},
+                                       {"params", params}},
+                                      deadline);
+    if (!answer)
+        fail("timeout", "The program does not answer; does a script of its page never end?");
+    return *answer;
+}
+
+QJsonObject Session::ask(const QString &method, const QJsonObject &params)
+{
+    const Deadline loadDeadline = deadlineAfter(m_request.timeouts.pageLoad);
+    auto pause = 1ms;
+    for (;;) {
+        const QJsonObject answer = askOnce(method, params, deadlineAfter(programTime));
+        const QString error = answer.value("error").toString();
+        if (error.isEmpty())
+            return answer;
+        if (error == "blocked") {
+            handlePrompt(answer.value("prompt").toObject());
+        } else if (error == "loading") {
+            if (loadDeadline && std::chrono::steady_clock::now() >= *loadDeadline)
+                fail("timeout", "The page did not load in time.");
+            std::this_thread::sleep_for(pause);
+            pause = std::min(pause + 1ms, 10ms);
+        } else {
+            throw errorOf(answer);
+        }
+    }
+}
+
+QJsonValue Session::callPage(const QString &command, const QJsonArray &arguments)
+{
+    return ask("call", {{"command", command}, {"arguments", arguments}}).value("value");
+}
+
+QJsonObject Session::elementOf(const CommandCall &call) const
+{
+    return {{"element-6066-11e4-a52e-4f735466cecf", call.variables.value("element id")}};
+}
+
+QJsonObject Session::state()
+{
+    return askOnce("state", {}, deadlineAfter(programTime)).value("value").toObject();
+}
+
+void Session::requireWindow()
+{
+    if (!state().contains("window"))
+        fail("no such window", "The window is closed.");
+}
+
+void Session::closePrompt(bool accept)
+{
+    const QJsonObject answer =
+        askOnce("closePrompt", {{"accept", accept}}, deadlineAfter(programTime));
+    if (answer.contains("error"))
+        throw errorOf(answer);
+}
+
+void Session::handlePrompt(const QJsonObject &prompt)
+{
+    using Reaction = PromptHandler::Action;
+    const PromptHandler handler = m_request.promptHandlers.forType(prompt.value("type").toString());
+    if (handler.action != Reaction::Ignore)
+        closePrompt(handler.action == Reaction::Accept);
+    if (handler.notify) {
+        const QString text = prompt.value("text").toString();
+        throw WebDriverError{
+            "unexpected alert open", "A dialog was open: " + text, {{"text", text}}};
+    }
+}
+
+void Session::handlePrompts()
+{
+    const QJsonObject current = state();
+    if (!current.contains("window"))
+        fail("no such window", "The window is closed.");
+    const QJsonObject prompt = current.value("prompt").toObject();
+    if (!prompt.isEmpty())
+        handlePrompt(prompt);
+}
+
+void Session::requirePrompt()
+{
+    const QJsonObject current = state();
+    if (!current.contains("window"))
+        fail("no such window", "The window is closed.");
+    if (current.value("prompt").toObject().isEmpty())
+        fail("no such alert", "No dialog is open.");
+}
+
+QJsonValue Session::dismissAlert(const CommandCall &)
+{
+    requirePrompt();
+    closePrompt(false);
+    return {};
+}
+
+QJsonValue Session::acceptAlert(const CommandCall &)
+{
+    requirePrompt();
+    closePrompt(true);
+    return {};
+}
+
+QJsonValue Session::alertText(const CommandCall &)
+{
+    requirePrompt();
+    return state().value("prompt").toObject().value("text");
+}
+
+QJsonValue Session::getTimeouts(const CommandCall &) { return timeoutsObject(m_request.timeouts); }
+
+QJsonValue Session::setTimeouts(const CommandCall &call)
+{
+    readTimeouts(call.parameters, m_request.timeouts);
+    return {};
+}

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * Elements: finding them, what they are like, and what is done to them.
+ */
+#include "desktop/driver/arguments.h"
+#include "desktop/driver/session.h"
+#include "desktop/driver/webdriver_error.h"
+
+#include <QFileInfo>
+
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto implicitPoll = 15ms;
+
+} // namespace
+
+QJsonValue Session::activeElement(const CommandCall &) { return callPage("active"); }
+
+QJsonArray Session::find(const CommandCall &call, bool onlyFirst)
+{
+    static const QStringList strategies = {"css selector", "link text", "partial link text",
+                                           "tag name", "xpath"};
+    const QString strategy = stringMember(call.parameters, "using");
+    if (!strategies.contains(strategy))
+        failArgument("There is no strategy " + strategy.left(100));
+    const QString selector = stringMember(call.parameters, "value");
+    const QJsonValue root =
+        call.variables.contains("element id") ? QJsonValue(elementOf(call)) : QJsonValue();
+    const Deadline deadline = deadlineAfter(m_request.timeouts.implicit);
+    for (;;) {
+        const QJsonArray found = callPage("find", {strategy, selector, root, onlyFirst}).toArray();
+        if (!found.isEmpty() || (deadline && std::chrono::steady_clock::now() >= *deadline))
+            return found;
+        std::this_thread::sleep_for(implicitPoll);
+    }
+}
+
+QJsonValue Session::findElement(const CommandCall &call)
+{
+    const QJsonArray found = find(call, true);
+    if (found.isEmpty())
+        fail("no such element",
+             "Nothing matches " + call.parameters.value("value").toString().left(200));
+    return found.first();
+}
+
+QJsonValue Session::findElements(const CommandCall &call) { return find(call, false); }
+
+QJsonValue Session::findInShadowRoot(const CommandCall &call)
+{
+    stringMember(call.parameters, "using");
+    stringMember(call.parameters, "value");
+    handlePrompts();
+    fail("no such shadow root", "The engine has no shadow roots.");
+}
+
+QJsonValue Session::elementState(const CommandCall &call)
+{
+    QString command = call.name;
+    if (command == "computedrole")
+        command = "role";
+    else if (command == "computedlabel")
+        command = "label";
+    QJsonArray arguments{elementOf(call)};
+    if (call.variables.contains("name"))
+        arguments.append(call.variables.value("name"));
+    return callPage(command, arguments);
+}
+
+QJsonValue Session::click(const CommandCall &call)
+{
+    const QJsonValue point = callPage("click", {elementOf(call)});
+    if (!point.isArray())
+        return {};
+    const Place where = place();
+    Display &display = m_box.display();
+    display.movePointer(where.x + point.toArray().at(0).toInt(),
+                        where.y + point.toArray().at(1).toInt());
+    display.pressButton(1, true);
+    display.pressButton(1, false);
+    settle(where.window);
+    const QJsonObject current = state();
+    if (current.value("loading").toBool()) {
+        try {
+            waitForLoad(deadlineAfter(m_request.timeouts.pageLoad));
+        } catch (const WebDriverError &error) {
+            // Where a link leads to is the next command's business.
+            if (error.code == "timeout")
+                throw;
+        }
+    }
+    return {};
+}
+
+QJsonValue Session::clear(const CommandCall &call)
+{
+    const Deadline deadline = deadlineAfter(m_request.timeouts.implicit);
+    for (;;) {
+        try {
+            return callPage("clear", {elementOf(call)});
+        } catch (const WebDriverError &error) {
+            if (error.code != "element not interactable" ||
+                (deadline && std::chrono::steady_clock::now() >= *deadline))
+                throw;
+        }
+        std::this_thread::sleep_for(implicitPoll);
+    }
+}
+
+QJsonValue Session::sendKeys(const CommandCall &call)
+{
+    const QString text = stringMember(call.parameters, "text");
+    const Deadline deadline = deadlineAfter(m_request.timeouts.implicit);
+    for (;;) {
+        try {
+            sendToElement(elementOf(call), text);
+            return {};
+        } catch (const WebDriverError &error) {
+            if (error.code != "element not interactable" ||
+                (deadline && std::chrono::steady_clock::now() >= *deadline))
+                throw;
+        }
+        std::this_thread::sleep_for(implicitPoll);
+    }
+}
+
+void Session::sendToElement(const QJsonObject &element, const QString &text)
+{
+    const QString kind =
+        callPage("prepareTyping", {element, text, m_request.strictFileInteractability}).toString();
+    if (kind == "done")
+        return;
+    if (kind == "file" || kind == "files") {
+        const QStringList files = text.split('\n', Qt::SkipEmptyParts);
+        if (files.isEmpty() || (kind == "file" && files.size() != 1))
+            failArgument("The field takes " + QString(kind == "file" ? "one file" : "files"));
+        for (const QString &file : files) {
+            if (!QFileInfo::exists(file))
+                failArgument("There is no file " + file);
+        }
+        fail("unsupported operation", "A box has no files that its viewer could choose.");
+    }
+    ask("type", {{"text", text}});
+}

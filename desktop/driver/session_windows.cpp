@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+/*
+ * Windows and frames.
+ */
+#include "desktop/driver/arguments.h"
+#include "desktop/driver/session.h"
+#include "desktop/driver/webdriver_error.h"
+
+QJsonValue Session::windowHandle(const CommandCall &)
+{
+    requireWindow();
+    return m_window;
+}
+
+QJsonValue Session::windowHandles(const CommandCall &)
+{
+    return ask("windows").value("value").toObject().value("handles");
+}
+
+QJsonValue Session::closeWindow(const CommandCall &)
+{
+    handlePrompts();
+    const QJsonArray left = ask("closeWindow").value("value").toArray();
+    m_inputs.remove(m_window);
+    if (left.isEmpty())
+        m_over = true;
+    return left;
+}
+
+QJsonValue Session::switchToWindow(const CommandCall &call)
+{
+    const QString handle = stringMember(call.parameters, "handle");
+    const QJsonObject prompt = state().value("prompt").toObject();
+    if (!prompt.isEmpty() && handle != m_window) {
+        throw WebDriverError{"unexpected alert open",
+                             "A dialog holds the window.",
+                             {{"text", prompt.value("text").toString()}}};
+    }
+    if (!windowHandles(call).toArray().contains(handle))
+        fail("no such window", "There is no window " + handle.left(100) + '.');
+    m_window = handle;
+    m_frame.clear();
+    if (prompt.isEmpty())
+        ask("selectWindow");
+    return {};
+}
+
+QJsonValue Session::newWindow(const CommandCall &call)
+{
+    const QJsonValue type = call.parameters.value("type");
+    if (!type.isUndefined() && !type.isNull() && !type.isString())
+        failArgument("\"type\" is to be a string");
+    handlePrompts();
+    const QJsonValue handle = ask("openWindow").value("value");
+    // The favourites lie over the portal, in the same window of the display.
+    return QJsonObject{{"handle", handle}, {"type", "tab"}};
+}
+
+QJsonValue Session::switchToFrame(const CommandCall &call)
+{
+    const QJsonValue id = call.parameters.value("id");
+    const bool element =
+        id.isObject() && id.toObject().contains("element-6066-11e4-a52e-4f735466cecf");
+    if (id.isUndefined() || (!id.isNull() && !id.isDouble() && !element))
+        failArgument("\"id\" is to be null, a number or an element");
+    if (id.isNull()) {
+        handlePrompts();
+        m_frame.clear();
+        return {};
+    }
+    QJsonValue index = id;
+    if (id.isDouble()) {
+        if (!isInteger(id) || id.toDouble() < 0 || id.toDouble() > 65535)
+            failArgument("\"id\" is to be from 0 to 65535");
+    } else {
+        if (!id.toObject()["element-6066-11e4-a52e-4f735466cecf"].isString())
+            failArgument("The element's reference is to be a string");
+        index = callPage("frameIndex", {id});
+    }
+    m_frame = ask("childFrame", {{"index", index}}).value("value").toString();
+    return {};
+}
+
+QJsonValue Session::switchToParentFrame(const CommandCall &)
+{
+    requireWindow();
+    if (m_frame.isEmpty())
+        return {};
+    handlePrompts();
+    m_frame = ask("parentFrame", {{"frame", m_frame}}).value("value").toString();
+    return {};
+}
+
+QJsonValue Session::windowRect(const CommandCall &) { return callPage("outerRect"); }
+
+QJsonValue Session::setWindowRect(const CommandCall &call)
+{
+    constexpr double most = 2147483647;
+    for (const char *name : {"width", "height"}) {
+        if (!call.parameters.value(QLatin1String(name)).isNull())
+            numberMember(call.parameters, name, 0, most);
+    }
+    for (const char *name : {"x", "y"}) {
+        if (!call.parameters.value(QLatin1String(name)).isNull())
+            numberMember(call.parameters, name, -most - 1, most);
+    }
+    fail("unsupported operation",
+         "The box fills its screen; a session chooses that screen's size.");
+}
+
+QJsonValue Session::unsupported(const CommandCall &call)
+{
+    fail("unsupported operation", "A box knows no \"" + call.name + "\".");
+}
