@@ -241,7 +241,7 @@ start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
 start_program() {
     local variables=()
     [ -z "$inspector" ] || variables=("VESPREL_INSPECTOR_PORT=$inspector"
-        "LD_PRELOAD=$bin/desktop/libvesprel-inspector.so")
+        "QT_PLUGIN_PATH=$bin/desktop/plugins" QT_QPA_GENERIC_PLUGINS=vesprel-inspector)
     start_confined env ${variables[@]+"${variables[@]}"} "$bin/app/vesprel"
 }
 

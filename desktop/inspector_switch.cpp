@@ -1,97 +1,121 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * Switches the engine's remote inspector on in a program that has no switch for it: loaded into
- * the program with LD_PRELOAD, with the port in VESPREL_INSPECTOR_PORT. Every page of the program
- * is then offered to a browser at that port of this machine, and of this machine only.
+ * the program as a generic plugin of Qt by QT_QPA_GENERIC_PLUGINS=vesprel-inspector, with the port
+ * in VESPREL_INSPECTOR_PORT. Every page of the program is then offered to a browser at that port
+ * of this machine, and of this machine only.
  */
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
+#include <QGenericPlugin>
 #include <QWebPage>
 #include <QWebView>
 
-#include <cstdlib>
-#include <dlfcn.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
-int inspectorPort()
+/** Whether this is a TCP socket that listens on the port. */
+bool listensOn(int descriptor, int port)
 {
-    static const int port = qEnvironmentVariableIntValue("VESPREL_INSPECTOR_PORT");
-    return port;
+    int listens = 0;
+    socklen_t size = sizeof listens;
+    if (::getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listens, &size) != 0 || !listens)
+        return false;
+    sockaddr_storage address{};
+    size = sizeof address;
+    if (::getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+        return false;
+    if (address.ss_family == AF_INET6)
+        return ntohs(reinterpret_cast<const sockaddr_in6 &>(address).sin6_port) == port;
+    return address.ss_family == AF_INET &&
+           ntohs(reinterpret_cast<const sockaddr_in &>(address).sin_port) == port;
+}
+
+/**
+ * Puts a socket of this machine only in the place of the engine's, which is open to all networks.
+ * The engine knows its socket by the descriptor's number, and that stays.
+ */
+void replaceSocket(int descriptor, int port)
+{
+    const int local = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int yes = 1;
+    ::setsockopt(local, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    // This closes the engine's, and with it whoever came in between.
+    ::dup3(local, descriptor, O_CLOEXEC);
+    ::close(local);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(uint16_t(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
+        ::listen(descriptor, 16) != 0)
+        qWarning("The inspector's port %d cannot be used", port);
+}
+
+void closeToNetworks(int port)
+{
+    for (const QString &entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+        const int descriptor = entry.toInt();
+        if (listensOn(descriptor, port))
+            replaceSocket(descriptor, port);
+    }
 }
 
 /** Gives the port to the page of each view that is shown. */
 class PageWatcher : public QObject
 {
 public:
-    using QObject::QObject;
+    explicit PageWatcher(int port)
+        : QObject(qApp)
+        , m_port(port)
+    {
+    }
 
     bool eventFilter(QObject *object, QEvent *event) override
     {
         const auto *view =
             event->type() == QEvent::Show ? qobject_cast<QWebView *>(object) : nullptr;
-        if (view)
-            view->page()->setProperty("_q_webInspectorServerPort", inspectorPort());
+        if (view) {
+            // With the first page the engine listens, before this returns.
+            view->page()->setProperty("_q_webInspectorServerPort", m_port);
+            if (!m_listening)
+                closeToNetworks(m_port);
+            m_listening = true;
+        }
         return false;
     }
+
+private:
+    int m_port;
+    bool m_listening = false;
 };
-
-void watchPages()
-{
-    // Programs that this one starts have no inspector.
-    ::unsetenv("LD_PRELOAD");
-    if (inspectorPort() > 0)
-        qApp->installEventFilter(new PageWatcher(qApp));
-}
-
-/** The address of this machine only that stands for any of its addresses. */
-sockaddr_in6 onThisMachine(sockaddr_in6 address)
-{
-    // 127.0.0.1 as a socket for both kinds of addresses writes it.
-    address.sin6_addr = {};
-    address.sin6_addr.s6_addr[10] = 0xff;
-    address.sin6_addr.s6_addr[11] = 0xff;
-    address.sin6_addr.s6_addr[12] = 127;
-    address.sin6_addr.s6_addr[15] = 1;
-    return address;
-}
-
-sockaddr_in onThisMachine(sockaddr_in address)
-{
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-int systemBind(int descriptor, const sockaddr *address, socklen_t length)
-{
-    using Bind = int (*)(int, const sockaddr *, socklen_t);
-    static const auto next = reinterpret_cast<Bind>(::dlsym(RTLD_NEXT, "bind"));
-    return next(descriptor, address, length);
-}
-
-template <typename Address>
-int bindLocally(int descriptor, const sockaddr *address)
-{
-    const Address local = onThisMachine(*reinterpret_cast<const Address *>(address));
-    return systemBind(descriptor, reinterpret_cast<const sockaddr *>(&local), sizeof local);
-}
 
 } // namespace
 
-Q_COREAPP_STARTUP_FUNCTION(watchPages)
-
-/** The system's bind, except that the engine's inspector is bound to this machine. */
-extern "C" int bind(int descriptor, const sockaddr *address, socklen_t length) noexcept
+class InspectorPlugin : public QGenericPlugin
 {
-    const int family = address && inspectorPort() > 0 ? address->sa_family : AF_UNSPEC;
-    if (family == AF_INET6 &&
-        ntohs(reinterpret_cast<const sockaddr_in6 *>(address)->sin6_port) == inspectorPort())
-        return bindLocally<sockaddr_in6>(descriptor, address);
-    if (family == AF_INET &&
-        ntohs(reinterpret_cast<const sockaddr_in *>(address)->sin_port) == inspectorPort())
-        return bindLocally<sockaddr_in>(descriptor, address);
-    return systemBind(descriptor, address, length);
-}
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "inspector_switch.json")
+
+public:
+    QObject *create(const QString &, const QString &) override
+    {
+        const int port = qEnvironmentVariableIntValue("VESPREL_INSPECTOR_PORT");
+        // Programs that this one starts have no inspector.
+        qunsetenv("QT_QPA_GENERIC_PLUGINS");
+        qunsetenv("QT_PLUGIN_PATH");
+        if (port <= 0)
+            return nullptr;
+        auto *watcher = new PageWatcher(port);
+        qApp->installEventFilter(watcher);
+        return watcher;
+    }
+};
+
+#include "inspector_switch.moc"

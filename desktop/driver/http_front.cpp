@@ -32,7 +32,7 @@ void setAnswer(httplib::Response &response, const DriverAnswer &answer)
 
 DriverAnswer refusal(int status, const QString &message)
 {
-    const QJsonObject body = bodyOf({"unknown error", message, {}});
+    const QJsonObject body = bodyOf({"unknown error", message, {}, {}});
     return {status, QJsonDocument(body).toJson(QJsonDocument::Compact)};
 }
 

@@ -17,7 +17,7 @@ constexpr double programTime = 30000;
 
 WebDriverError errorOf(const QJsonObject &answer)
 {
-    return {answer.value("error").toString(), answer.value("message").toString(), {}};
+    return {answer.value("error").toString(), answer.value("message").toString(), {}, {}};
 }
 
 auto now() { return std::chrono::steady_clock::now().time_since_epoch().count(); }
@@ -39,6 +39,12 @@ Session::Session(const QString &id, const BoxPrograms &programs, const SessionRe
         m_request.matched["userAgent"] = (*answer).value("value");
 }
 
+void Session::giveUp()
+{
+    m_over = true;
+    m_box.giveUp();
+}
+
 std::chrono::steady_clock::duration Session::idleTime() const
 {
     return std::chrono::steady_clock::duration(now() - m_lastUse);
@@ -48,11 +54,18 @@ QJsonValue Session::execute(const Endpoint &endpoint, const CommandCall &call)
 {
     const std::lock_guard<std::mutex> turn(m_turn);
     m_lastUse = now();
-    if (isOver())
-        fail("invalid session id", "The session has ended.");
-    const QJsonValue result = (this->*endpoint.handler)(call);
-    m_lastUse = now();
-    return result;
+    try {
+        if (!m_over) {
+            const QJsonValue result = (this->*endpoint.handler)(call);
+            m_lastUse = now();
+            return result;
+        }
+    } catch (const WebDriverError &) {
+        // What was ended on purpose has no last words.
+        if (!m_over)
+            throw;
+    }
+    fail("invalid session id", "The session has ended.");
 }
 
 QJsonObject Session::askOnce(const QString &method, const QJsonObject &params,
@@ -129,7 +142,7 @@ void Session::handlePrompt(const QJsonObject &prompt)
     if (handler.notify) {
         const QString text = prompt.value("text").toString();
         throw WebDriverError{
-            "unexpected alert open", "A dialog was open: " + text, {{"text", text}}};
+            "unexpected alert open", "A dialog was open: " + text, {{"text", text}}, {}};
     }
 }
 

@@ -36,7 +36,7 @@ public:
     QJsonValue execute(const Endpoint &endpoint, const CommandCall &call);
 
     /** Lets running commands fail, for the session's end. */
-    void giveUp() { m_box.giveUp(); }
+    void giveUp();
 
     /** Whether the program is gone or the last window was closed. */
     bool isOver() const { return m_over || m_box.isGone(); }

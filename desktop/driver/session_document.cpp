@@ -98,7 +98,8 @@ QJsonValue Session::runScript(const CommandCall &call, bool async)
                 fail("timeout", "The page did not load in time.");
             std::this_thread::sleep_for(3ms);
         } else {
-            throw WebDriverError{error, (*answer).value("message").toString(), {}};
+            throw WebDriverError{
+                error, answer->value("message").toString(), {}, answer->value("stack").toString()};
         }
     }
 }

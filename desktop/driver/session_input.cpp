@@ -75,7 +75,7 @@ QJsonValue Session::sendAlertText(const CommandCall &call)
     const QJsonObject answer = askOnce("writePrompt", {{"text", text}}, deadlineAfter(settleTime));
     if (answer.contains("error"))
         throw WebDriverError{
-            answer.value("error").toString(), answer.value("message").toString(), {}};
+            answer.value("error").toString(), answer.value("message").toString(), {}, {}};
     return {};
 }
 
@@ -92,7 +92,7 @@ QJsonValue Session::screenshot(const CommandCall &)
     }
     if (answer.contains("error"))
         throw WebDriverError{
-            answer.value("error").toString(), answer.value("message").toString(), {}};
+            answer.value("error").toString(), answer.value("message").toString(), {}, {}};
     return answer.value("value");
 }
 

@@ -34,7 +34,8 @@ QJsonValue Session::switchToWindow(const CommandCall &call)
     if (!prompt.isEmpty() && handle != m_window) {
         throw WebDriverError{"unexpected alert open",
                              "A dialog holds the window.",
-                             {{"text", prompt.value("text").toString()}}};
+                             {{"text", prompt.value("text").toString()}},
+                             {}};
     }
     if (!windowHandles(call).toArray().contains(handle))
         fail("no such window", "There is no window " + handle.left(100) + '.');

@@ -30,12 +30,13 @@ int statusOf(const QString &code)
 
 QJsonObject bodyOf(const WebDriverError &error)
 {
-    QJsonObject value{{"error", error.code}, {"message", error.message}, {"stacktrace", ""}};
+    QJsonObject value{
+        {"error", error.code}, {"message", error.message}, {"stacktrace", error.stack}};
     if (!error.data.isEmpty())
         value["data"] = error.data;
     return {{"value", value}};
 }
 
-void fail(const char *code, const QString &message) { throw WebDriverError{code, message, {}}; }
+void fail(const char *code, const QString &message) { throw WebDriverError{code, message, {}, {}}; }
 
 void failArgument(const QString &message) { fail("invalid argument", message); }

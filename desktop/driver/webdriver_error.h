@@ -13,6 +13,7 @@ struct WebDriverError
     QString code; ///< One of the protocol's names, such as "no such element".
     QString message;
     QJsonObject data; ///< Left out of the answer where empty.
+    QString stack;    ///< Of a script that failed.
 };
 
 /** The HTTP status that goes with an error's code; 500 for codes that are not in the protocol. */

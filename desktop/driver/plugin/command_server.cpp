@@ -38,7 +38,11 @@ void CommandServer::readRequests()
     for (int end = m_input.indexOf('\n'); end >= 0; end = m_input.indexOf('\n')) {
         const QByteArray line = m_input.left(end);
         m_input.remove(0, end + 1);
-        handle(QJsonDocument::fromJson(line).object());
+        // Not from here: while a dialog holds the page's script, the socket would tell of nothing
+        // more.
+        QMetaObject::invokeMethod(
+            this, [this, line] { handle(QJsonDocument::fromJson(line).object()); },
+            Qt::QueuedConnection);
     }
 }
 

@@ -17,7 +17,7 @@
 #include <QWebView>
 #include <QWheelEvent>
 
-#include <utility>
+#include <algorithm>
 
 namespace {
 
@@ -69,9 +69,11 @@ CommandServer::Answer CommandServer::type(const Request &request)
 CommandServer::Answer CommandServer::scroll(const Request &request)
 {
     const QPoint global(request.params.value("x").toInt(), request.params.value("y").toInt());
-    // 120 units of a wheel scroll 120 pixels in the engine, so that a pixel is a unit.
-    const QPoint delta(-request.params.value("deltaX").toInt(),
-                       -request.params.value("deltaY").toInt());
+    // A notch of 120 units scrolls so many lines of 20 pixels in the engine.
+    const int unitsPerPixel = std::max(1, 120 / (QApplication::wheelScrollLines() * 20));
+    const QPoint delta =
+        QPoint(-request.params.value("deltaX").toInt(), -request.params.value("deltaY").toInt()) *
+        unitsPerPixel;
     for (const QPoint &step : {QPoint(delta.x(), 0), QPoint(0, delta.y())}) {
         if (step.isNull())
             continue;
@@ -107,7 +109,7 @@ CommandServer::Answer CommandServer::picture(const Request &request)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.translate(-part.topLeft());
-    request.view->page()->mainFrame()->render(&painter, QWebFrame::AllLayers, part);
+    request.view->render(&painter, {}, QRegion(QRect({}, size)), QWidget::DrawChildren);
     painter.end();
     return value(base64Png(image));
 }

@@ -90,6 +90,7 @@ private:
     QJsonValue locateWindows(QWebFrame *frame, const QJsonValue &value, QJsonObject &failure);
 
     QString m_property;
+    bool m_insecure; ///< Certificates that nobody vouches for are good enough.
     QHash<QObject *, Load> m_loads;
     QHash<QObject *, QSet<QString>> m_seen; ///< Ids that were handed out, by frame.
     QHash<QObject *, QString> m_names;
