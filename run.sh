@@ -24,6 +24,8 @@ commands. Ctrl-C, "quit" or closing the window ends everything.
                       inspection; otherwise this is off. It asks for no password: while it is on,
                       every program of this machine can use it, and so can a web site that is
                       open in a browser here
+  --driver [PORT]     serves WebDriver clients at http://127.0.0.1:PORT (4444) and starts a box for
+                      each of their sessions; needs no display, see docs/testing-portals.md
   --help              this text
 
 EOT
@@ -60,6 +62,7 @@ fail() {
 screenshot=
 portal=
 inspector=
+driver=
 receiver_options=()
 while [ $# -gt 0 ]; do
     case $1 in
@@ -81,11 +84,28 @@ while [ $# -gt 0 ]; do
             shift
         fi
         ;;
+    --driver)
+        driver=4444
+        if [[ ${2:-} =~ ^[0-9]+$ ]]; then
+            driver=$2
+            shift
+        fi
+        ;;
     -*) fail "unknown option $1 (see --help)" ;;
     *) [ -z "$portal" ] || fail "more than one URL"; portal=$1 ;;
     esac
     shift
 done
+
+if [ -n "$driver" ]; then
+    # shellcheck disable=SC2086 # lists of words
+    install_missing $build_packages $driver_packages
+    # shellcheck disable=SC2086
+    install_missing $play_packages || echo "run.sh: without $play_packages boxes only pretend to play" >&2
+    cmake -S "$here" --preset desktop >/dev/null
+    cmake --build "$here/build/desktop" --target vesprel-driver
+    exec "$here/build/desktop/desktop/vesprel-driver" --port "$driver"
+fi
 
 if [ -z "$screenshot" ] && [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     fail "there is no display here. ./run.sh --screenshot FILE runs without one and saves a picture."

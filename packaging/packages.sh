@@ -6,9 +6,11 @@ build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
 # What the desktop receiver plays and records with, and what shows the video below the portal.
 # bwrap keeps what they and the pages do out of the files of whoever works here.
 play_packages="mpv ffmpeg picom bubblewrap"
+# What the driver of boxes is built with, and what its boxes run on.
+driver_packages="libcpp-httplib-dev libxcb1-dev libxcb-xtest0-dev pkg-config xvfb"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
-test_packages="mpv ffmpeg xvfb xdotool"
+test_packages="mpv ffmpeg xdotool $driver_packages python3-pytest python3-selenium"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 

@@ -105,10 +105,17 @@
         return false;
     }
 
+    function preventDefault(event) {
+        event.preventDefault();
+    }
+
     function choose(option, list) {
         fireMouse(list, 'mouseover');
         fireMouse(list, 'mousemove');
+        // Or the engine would open the list, above everything, for the options to be chosen from.
+        window.addEventListener('mousedown', preventDefault, true);
         fireMouse(list, 'mousedown');
+        window.removeEventListener('mousedown', preventDefault, true);
         list.focus();
         if (!isDisabledOption(option)) {
             var before = option.selected;

@@ -203,7 +203,7 @@
                 !isArray(value)) {
             throw fail('javascript error', 'A node that is no element has no value in JSON.');
         }
-        if (typeof value.toJSON === 'function') {
+        if (owns.call(value, 'toJSON') && typeof value.toJSON === 'function') {
             return textOf(value.toJSON(), seen);
         }
         return textOfMembers(value, seen);

@@ -3,74 +3,84 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QThread>
 #include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+// Of QtGui, as QtTest uses it: a key as it comes from the display.
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
+                                    Qt::KeyboardModifiers modifiers, const QString &text,
+                                    bool autorepeat, ushort count);
 
 namespace {
 
-bool isPrompt(QObject *object)
+constexpr int longestEntry = 1000; ///< Characters that a prompt of the box holds at most.
+
+/** A dialog of the box's own: a panel that covers the window. */
+bool isPanel(const QObject &object)
 {
-    const auto *dialog = qobject_cast<QDialog *>(object);
-    return dialog && dialog->isModal();
+    return qstrcmp(object.metaObject()->className(), "DialogPanel") == 0;
 }
 
-/** What the dialog says: that of a message box, otherwise of its labels. */
-QString textOf(const QDialog &dialog)
+bool isPrompt(const QObject *object)
+{
+    const auto *dialog = qobject_cast<const QDialog *>(object);
+    return (dialog && dialog->isModal()) || (object && isPanel(*object));
+}
+
+bool isForText(const QWidget &dialog)
+{
+    return dialog.findChild<QLineEdit *>() || dialog.findChild<QLabel *>("field");
+}
+
+QString kindOf(const QWidget &dialog)
+{
+    if (isForText(dialog))
+        return "prompt";
+    return dialog.findChildren<QPushButton *>().size() > 1 ? "confirm" : "alert";
+}
+
+QString messageOf(const QWidget &dialog)
 {
     if (const auto *box = qobject_cast<const QMessageBox *>(&dialog))
         return box->text();
-    if (const auto *message = dialog.findChild<QLabel *>("message"))
-        return message->text();
-    QStringList lines;
-    for (const QLabel *label : dialog.findChildren<QLabel *>()) {
-        if (!label->text().isEmpty())
-            lines += label->text();
-    }
-    return lines.join('\n');
+    if (const auto *text = dialog.findChild<QPlainTextEdit *>())
+        return text->toPlainText();
+    const auto *label = dialog.findChild<QLabel *>();
+    return label ? label->text() : QString();
 }
 
-bool hasCancel(const QDialog &dialog)
+void press(QWidget &dialog, bool accept)
 {
-    if (const auto *box = qobject_cast<const QMessageBox *>(&dialog))
-        return box->standardButtons() & (QMessageBox::Cancel | QMessageBox::No);
-    for (const QDialogButtonBox *buttons : dialog.findChildren<QDialogButtonBox *>()) {
-        if (buttons->standardButtons() & (QDialogButtonBox::Cancel | QDialogButtonBox::No))
-            return true;
+    if (isPanel(dialog)) {
+        QMetaObject::invokeMethod(&dialog, "decided", Q_ARG(bool, accept));
+        return;
     }
-    return dialog.findChildren<QPushButton *>().size() > 1;
-}
-
-QAbstractButton *button(const QDialog &dialog, QDialogButtonBox::ButtonRole role)
-{
-    for (const QDialogButtonBox *box : dialog.findChildren<QDialogButtonBox *>()) {
-        for (QAbstractButton *candidate : box->buttons()) {
-            if (box->buttonRole(candidate) == role)
-                return candidate;
+    // Without a Cancel, OK is the only answer.
+    const bool yes = accept || kindOf(dialog) == "alert";
+    if (const auto *box = qobject_cast<QMessageBox *>(&dialog)) {
+        const auto wanted =
+            yes ? QMessageBox::Ok | QMessageBox::Yes : QMessageBox::Cancel | QMessageBox::No;
+        for (QAbstractButton *button : box->buttons()) {
+            if (box->standardButton(button) & wanted)
+                return button->click();
         }
     }
-    return nullptr;
+    static_cast<QDialog &>(dialog).done(yes ? QDialog::Accepted : QDialog::Rejected);
 }
 
-void press(QDialog &dialog, bool accept)
+void pressKey(QWidget &dialog, int key, const QString &text)
 {
-    using Role = QDialogButtonBox::ButtonRole;
-    QAbstractButton *chosen = button(dialog, accept ? Role::AcceptRole : Role::RejectRole);
-    if (!chosen && accept)
-        chosen = button(dialog, Role::YesRole);
-    if (!chosen && !accept)
-        chosen = button(dialog, hasCancel(dialog) ? Role::NoRole : Role::AcceptRole);
-    if (chosen)
-        chosen->click();
-    else if (accept)
-        dialog.accept();
-    else
-        dialog.reject();
+    QWindow *window = dialog.window()->windowHandle();
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        qt_handleKeyEvent(window, type, key, Qt::NoModifier, text, false, 1);
 }
 
 } // namespace
@@ -85,7 +95,7 @@ bool Prompts::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Show && isPrompt(watched)) {
         if (m_acceptAll) {
-            const QPointer<QDialog> dialog(static_cast<QDialog *>(watched));
+            const QPointer<QWidget> dialog(static_cast<QWidget *>(watched));
             QTimer::singleShot(0, this, [dialog] {
                 if (dialog)
                     press(*dialog, true);
@@ -97,44 +107,50 @@ bool Prompts::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-QDialog *Prompts::current() const
+QWidget *Prompts::current() const
 {
     if (isPrompt(QApplication::activeModalWidget()))
-        return static_cast<QDialog *>(QApplication::activeModalWidget());
-    for (QWidget *widget : QApplication::allWidgets()) {
-        if (isPrompt(widget) && widget->isVisible())
-            return static_cast<QDialog *>(widget);
+        return QApplication::activeModalWidget();
+    QWidget *topmost = nullptr;
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        // In the order in which they lie above each other.
+        for (QObject *child : window->children()) {
+            if (isPrompt(child) && static_cast<QWidget *>(child)->isVisible())
+                topmost = static_cast<QWidget *>(child);
+        }
     }
-    return nullptr;
+    return topmost;
 }
 
 QJsonObject Prompts::open() const
 {
-    const QDialog *dialog = current();
+    const QWidget *dialog = current();
     if (!dialog)
         return {};
-    const char *type = dialog->findChild<QLineEdit *>() ? "prompt"
-                       : hasCancel(*dialog)             ? "confirm"
-                                                        : "alert";
-    return {{"type", type}, {"text", textOf(*dialog)}};
+    return {{"type", kindOf(*dialog)}, {"text", messageOf(*dialog)}};
 }
 
 bool Prompts::close(bool accept, std::function<void()> done)
 {
-    QDialog *dialog = current();
+    QWidget *dialog = current();
     if (!dialog)
         return false;
+    const QPointer<QWidget> closed(dialog);
     press(*dialog, accept);
-    waitForLeft(QThread::currentThread()->loopLevel(), done);
+    waitForLeft(closed, QThread::currentThread()->loopLevel(), done);
     return true;
 }
 
-void Prompts::waitForLeft(int level, const std::function<void()> &done)
+void Prompts::waitForLeft(const QPointer<QWidget> &closed, int level,
+                          const std::function<void()> &done)
 {
-    // The dialog's loop ends when this returns to it, but may still serve a timer before.
-    QTimer::singleShot(1, this, [this, level, done] {
-        if (QThread::currentThread()->loopLevel() >= level && level > 1 && !current())
-            waitForLeft(level, done);
+    // The dialog's loop ends when this returns to it, but may still serve a timer before. Then the
+    // script goes on, perhaps to its next dialog.
+    QTimer::singleShot(1, this, [this, closed, level, done] {
+        const bool inLoop = QThread::currentThread()->loopLevel() >= level && level > 1;
+        const QWidget *next = current();
+        if (inLoop && (!next || next == closed))
+            waitForLeft(closed, level, done);
         else
             done();
     });
@@ -142,9 +158,16 @@ void Prompts::waitForLeft(int level, const std::function<void()> &done)
 
 bool Prompts::setText(const QString &text)
 {
-    QDialog *dialog = current();
-    auto *field = dialog ? dialog->findChild<QLineEdit *>() : nullptr;
-    if (field)
+    QWidget *dialog = current();
+    if (!dialog || !isForText(*dialog))
+        return false;
+    if (auto *field = dialog->findChild<QLineEdit *>()) {
         field->setText(text);
-    return field;
+        return true;
+    }
+    for (int count = 0; count < longestEntry; ++count)
+        pressKey(*dialog, Qt::Key_Delete, {});
+    if (!text.isEmpty())
+        pressKey(*dialog, Qt::Key_unknown, text);
+    return true;
 }

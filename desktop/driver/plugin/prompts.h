@@ -7,11 +7,12 @@
 
 #include <functional>
 
-class QDialog;
+class QWidget;
 
 /**
  * The dialogs that pages open: alert, confirm and prompt. While one is shown the page's script
- * stands still inside an event loop of the dialog's own. GUI thread.
+ * stands still inside an event loop of the dialog's own. They are known by what they are made of,
+ * since the program has no part of the driver. GUI thread.
  */
 class Prompts : public QObject
 {
@@ -42,8 +43,8 @@ signals:
     void opened();
 
 private:
-    QDialog *current() const;
-    void waitForLeft(int level, const std::function<void()> &done);
+    QWidget *current() const;
+    void waitForLeft(const QPointer<QWidget> &closed, int level, const std::function<void()> &done);
 
     bool m_acceptAll = false;
 };

@@ -174,9 +174,9 @@ void TestDriver::commands_data()
     const auto get = [](const char *path, const char *answer) {
         QTest::newRow(path) << "GET " + QByteArray(path) << QByteArray() << QByteArray(answer);
     };
-    const auto post = [](const char *path, const char *body, const char *answer) {
+    const auto post = [](const char *path, const QByteArray &body, const char *answer) {
         QTest::newRow(qPrintable(QString(path) + ' ' + body))
-            << "POST " + QByteArray(path) << QByteArray(body) << QByteArray(answer);
+            << "POST " + QByteArray(path) << body << QByteArray(answer);
     };
     get("title", R"("Box")");
     get("nonsense", "unknown command");
@@ -215,7 +215,7 @@ void TestDriver::commands_data()
     get("element/{#field}/property/value", R"("old")");
     get("element/{#upper}/css/display", R"("block")");
     get("element/{#field}/name", R"("input")");
-    get("element/{#cover}/rect", R"("width":90,"x":0,"y":200})");
+    get("element/{#cover}/rect", R"("width":90,"x":0,"y":202})");
     get("element/{#off}/enabled", "false");
     get("element/{#box}/selected", "true");
     get("element/{.gone}/displayed", "false");
@@ -228,26 +228,25 @@ void TestDriver::commands_data()
     post("element/{#field}/value", R"({"text":1})", "invalid argument");
     post("element/{#off}/value", R"({"text":"x"})", "element not interactable");
 
+    const auto run = [post](const char *script, const char *answer) {
+        post("execute/sync",
+             compact(QJsonObject{{"script", script}, {"args", QJsonArray{"given"}}}), answer);
+    };
     post("execute/sync", R"({"script":"return 1"})", "invalid argument");
-    post("execute/sync",
-         R"({"script":"return [arguments[0].a, null, 1.5, 'x']","args":[{"a":[2]}]})",
-         R"([[2],null,1.5,"x"])");
-    post(
-        "execute/sync",
-        R"({"script":"return document.getElementsByTagName('iframe')[0].contentWindow","args":[]})",
+    run("return [arguments[0], null, 1.5, {a: [2]}, NaN]", R"(["given",null,1.5,{"a":[2]},null])");
+    run("return document.getElementsByTagName('iframe')[0].contentWindow",
         R"({"frame-075b-4da1-b6ba-e579c2d3230a":)");
-    post("execute/sync", R"({"script":"var a = {}; a.a = a; return a","args":[]})",
-         "javascript error");
-    post("execute/sync", R"({"script":"return }","args":[]})", "javascript error");
-    post("execute/sync", R"({"script":"throw new Error('x')","args":[]
-})", "javascript error");
-    post("execute/sync", R"({"script":"Array.prototype.toJSON = function () { return 'no' }; return [1]","args":[]})",
-         "[1]");
-    post("execute/sync", R"({"script":"return Promise.resolve(3)","args":[]
-    })", "3");
-    post("execute/async", R"({"script":"var done = arguments[1]; setTimeout(function () { done(5) }, 1)","args":[1]
-    })",
-         "5");
+    run("return window", R"({"window-fcc6-11e5-b4f8-330a88ab9d7f":"portal"})");
+    run("var a = {}; a.a = a; return a", "javascript error");
+    run("return }", "javascript error");
+    run("throw new Error('x')", "javascript error");
+    run("Array.prototype.toJSON = function () { return 'no' }; return [1]", "[1]");
+    run("return Promise.resolve(3)", "3");
+    run("return Promise.reject(3)", "javascript error");
+    post(
+        "execute/async",
+        R"js({"script":"var done = arguments[0]; setTimeout(function () { done(5) }, 1)","args":[]})js",
+        "5");
     get("alert/text", "no such alert");
     post("alert/accept", "{}", "no such alert");
     get("cookie/none", "no such cookie");
@@ -265,220 +264,215 @@ void TestDriver::commands_data()
     get("element/{#button}/screenshot", R"("iVBOR)");
     get("vesprel/screen", R"("iVBOR)");
     post("vesprel/key", R"({"key":"spaceship"})", "invalid argument");
-    post("vesprel/receiver", R"({"line":"usb mount"})", R"("sent: usb mount")");
-    }
+    post("vesprel/receiver", R"({"line":"usb mount"})", R"("sent: usb mounted")");
+}
 
-    void TestDriver::commands()
-    {
-        QFETCH(QByteArray, request);
-        QFETCH(QByteArray, body);
-        QFETCH(QByteArray, answer);
-        m_client.post("frame", R"({"id":null})");
-        openPage();
-        QString path = request.mid(request.indexOf(' ') + 1);
-        const int open = path.indexOf('{');
-        if (open >= 0) {
-            const int close = path.indexOf('}');
-            const QString id = m_client.element(path.mid(open + 1, close - open - 1));
-            QVERIFY(!id.isEmpty());
-            path.replace(open, close - open + 1, id);
-        }
-        const QByteArray method = request.left(request.indexOf(' '));
-        const DriverClient::Answer got = method == "GET" ? m_client.get(path)
-                                         : method == "POST"
-                                             ? m_client.post(path, body)
-                                             : m_client.send(method, "/session/x/url", body);
-        if (got.status == 200)
-            QVERIFY2(compact(got.value).contains(answer), compact(got.value).left(2000));
-        else
-            QCOMPARE(got.error().toUtf8(), answer);
+void TestDriver::commands()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, body);
+    QFETCH(QByteArray, answer);
+    m_client.post("frame", R"({"id":null})");
+    openPage();
+    QString path = request.mid(request.indexOf(' ') + 1);
+    const int open = path.indexOf('{');
+    if (open >= 0) {
+        const int close = path.indexOf('}');
+        const QString id = m_client.element(path.mid(open + 1, close - open - 1));
+        QVERIFY(!id.isEmpty());
+        path.replace(open, close - open + 1, id);
     }
+    const QByteArray method = request.left(request.indexOf(' '));
+    const DriverClient::Answer got = method == "GET" ? m_client.get(path)
+                                     : method == "POST"
+                                         ? m_client.post(path, body)
+                                         : m_client.send(method, "/session/x/url", body);
+    if (got.status == 200)
+        QVERIFY2(compact(got.value).contains(answer), compact(got.value).left(2000));
+    else
+        QCOMPARE(got.error().toUtf8(), answer);
+}
 
-    void TestDriver::staleElements()
-    {
-        openPage();
-        const QString field = m_client.element("#field");
-        m_client.script("document.getElementById('field').remove()");
-        QCOMPARE(m_client.get("element/" + field + "/text").error(),
-                 QString("stale element reference"));
-        const QString link = m_client.element("#link");
-        m_client.post("frame", R"({"id":0})");
-        QCOMPARE(m_client.get("element/" + link + "/text").error(), QString("no such element"));
-        QVERIFY(!m_client.element("#inner").isEmpty());
-        m_client.post("frame/parent");
-        m_client.post("refresh");
-        QCOMPARE(m_client.get("element/" + link + "/text").error(),
-                 QString("stale element reference"));
-    }
+void TestDriver::staleElements()
+{
+    openPage();
+    const QString field = m_client.element("#field");
+    m_client.script("document.getElementById('field').remove()");
+    QCOMPARE(m_client.get("element/" + field + "/text").error(),
+             QString("stale element reference"));
+    const QString link = m_client.element("#link");
+    m_client.post("frame", R"({"id":0})");
+    QCOMPARE(m_client.get("element/" + link + "/text").error(), QString("no such element"));
+    QVERIFY(!m_client.element("#inner").isEmpty());
+    m_client.post("frame/parent");
+    m_client.post("refresh");
+    QCOMPARE(m_client.get("element/" + link + "/text").error(), QString("stale element reference"));
+}
 
-    void TestDriver::actionsAreTheRemote()
-    {
-        openPage();
-        // F1 is the remote's red key, which portals know as Ctrl+F1; R comes with Alt.
-        const DriverClient::Answer answer =
-            m_client.post("actions", R"({"actions":[{"type":"key","id":"k",
+void TestDriver::actionsAreTheRemote()
+{
+    openPage();
+    // F1 is the remote's red key, which portals know as Ctrl+F1; R comes with Alt.
+    const DriverClient::Answer answer =
+        m_client.post("actions", R"({"actions":[{"type":"key","id":"k",
         "actions":[{"type":"keyDown","value":"\ue031"},{"type":"keyUp","value":"\ue031"},
                    {"type":"keyDown","value":"r"},{"type":"keyUp","value":"r"},
                    {"type":"keyDown","value":"A"},{"type":"keyUp","value":"A"}]}]})");
-        QCOMPARE(answer.status, 200);
-        QCOMPARE(compact(m_client.script("return keys").value),
-                 QByteArray(R"(["Ctrl+112","Alt+82","65"])"));
-        m_client.script("keys = []");
-        QCOMPARE(m_client.post("vesprel/key", R"({"key":"blue","times":2})").status, 200);
-        QCOMPARE(compact(m_client.script("return keys").value),
-                 QByteArray(R"(["Ctrl+115","Ctrl+115"])"));
-    }
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(compact(m_client.script("return keys").value),
+             QByteArray(R"(["Ctrl+112","Alt+82","65"])"));
+    m_client.script("keys = []");
+    QCOMPARE(m_client.post("vesprel/key", R"({"key":"blue","times":2})").status, 200);
+    QCOMPARE(compact(m_client.script("return keys").value),
+             QByteArray(R"(["Ctrl+115","Ctrl+115"])"));
+}
 
-    void TestDriver::pointerClicksWhereItIs()
-    {
-        openPage();
-        const QString button = m_client.element("#button");
-        QCOMPARE(m_client.post("element/" + button + "/click").status, 200);
-        QCOMPARE(m_client.get("element/" + button + "/text").value.toString(), QString("pressed"));
-        QCOMPARE(m_client.post("element/" + m_client.element("#two") + "/click").status, 200);
-        QCOMPARE(m_client.script("return document.getElementById('list').value").value.toString(),
-                 QString("2"));
-        const QByteArray box = m_client.element("#box").toUtf8();
-        m_client.post(
-            "actions",
-            R"({"actions":[{"type":"pointer","id":"m","actions":[
+void TestDriver::pointerClicksWhereItIs()
+{
+    openPage();
+    const QString button = m_client.element("#button");
+    QCOMPARE(m_client.post("element/" + button + "/click").status, 200);
+    QCOMPARE(m_client.get("element/" + button + "/text").value.toString(), QString("pressed"));
+    QCOMPARE(m_client.post("element/" + m_client.element("#two") + "/click").status, 200);
+    QCOMPARE(m_client.script("return document.getElementById('list').value").value.toString(),
+             QString("2"));
+    const QByteArray box = m_client.element("#box").toUtf8();
+    m_client.post(
+        "actions",
+        R"({"actions":[{"type":"pointer","id":"m","actions":[
         {"type":"pointerMove","x":0,"y":0,"origin":{")" +
-                QByteArray(elementKey) + R"(":")" + box +
-                R"("}},{"type":"pointerDown","button":0},{"type":"pointerUp","button":0}]}]})");
-        QCOMPARE(m_client.get("element/" + box + "/selected").value, QJsonValue(false));
-    }
+            QByteArray(elementKey) + R"(":")" + box +
+            R"("}},{"type":"pointerDown","button":0},{"type":"pointerUp","button":0}]}]})");
+    QCOMPARE(m_client.get("element/" + box + "/selected").value, QJsonValue(false));
+}
 
-    void TestDriver::typedTextIsNotTranslated()
-    {
-        openPage();
-        const QString field = m_client.element("#field");
-        QCOMPARE(m_client.post("element/" + field + "/clear").status, 200);
-        // Letters that the remote's translation takes, a capital, an accent, and two keys left.
-        QCOMPARE(
-            m_client.post("element/" + field + "/value", R"({"text":"burglary Wé\ue012\ue012X"})")
-                .status,
-            200);
-        QCOMPARE(m_client.get("element/" + field + "/property/value").value.toString(),
-                 QString::fromUtf8("burglary XWé"));
-    }
+void TestDriver::typedTextIsNotTranslated()
+{
+    openPage();
+    const QString field = m_client.element("#field");
+    QCOMPARE(m_client.post("element/" + field + "/clear").status, 200);
+    // Letters that the remote's translation takes, a capital, an accent, and two keys left.
+    QCOMPARE(m_client.post("element/" + field + "/value", R"({"text":"burglary Wé\ue012\ue012X"})")
+                 .status,
+             200);
+    QCOMPARE(m_client.get("element/" + field + "/property/value").value.toString(),
+             QString::fromUtf8("burglary XWé"));
+}
 
-    void TestDriver::dialogsHoldTheNextCommand()
-    {
-        openPage();
-        QCOMPARE(m_client.script("window.answer = confirm('sure?')").status, 200);
-        QCOMPARE(m_client.get("alert/text").value.toString(), QString("sure?"));
-        QCOMPARE(m_client.post("alert/text", R"({"text":"x"})").error(),
-                 QString("element not interactable"));
-        QCOMPARE(m_client.post("alert/accept").status, 200);
-        QCOMPARE(m_client.script("return answer").value, QJsonValue(true));
+void TestDriver::dialogsHoldTheNextCommand()
+{
+    openPage();
+    QCOMPARE(m_client.script("window.answer = confirm('sure?')").status, 200);
+    QCOMPARE(m_client.get("alert/text").value.toString(), QString("sure?"));
+    QCOMPARE(m_client.post("alert/text", R"({"text":"x"})").error(),
+             QString("element not interactable"));
+    QCOMPARE(m_client.post("alert/accept").status, 200);
+    QCOMPARE(m_client.script("return answer").value, QJsonValue(true));
 
-        m_client.script("window.answer = prompt('name?', 'nobody')");
-        QCOMPARE(m_client.post("alert/text", R"({"text":"somebody"})").status, 200);
-        QCOMPARE(m_client.post("alert/accept").status, 200);
-        QCOMPARE(m_client.script("return answer").value.toString(), QString("somebody"));
+    m_client.script("window.answer = prompt('name?', 'nobody')");
+    QCOMPARE(m_client.post("alert/text", R"({"text":"somebody"})").status, 200);
+    QCOMPARE(m_client.post("alert/accept").status, 200);
+    QCOMPARE(m_client.script("return answer").value.toString(), QString("somebody"));
 
-        m_client.script("alert('first\\nline'); alert('second')");
-        const DriverClient::Answer answer = m_client.get("title");
-        QCOMPARE(answer.error(), QString("unexpected alert open"));
-        QCOMPARE(answer.value.toObject().value("data").toObject().value("text").toString(),
-                 QString("first\nline"));
-        QCOMPARE(m_client.get("alert/text").value.toString(), QString("second"));
-        QCOMPARE(m_client.post("alert/dismiss").status, 200);
-        QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
-    }
+    m_client.script("alert('first\\nline'); alert('second')");
+    const DriverClient::Answer answer = m_client.get("title");
+    QCOMPARE(answer.error(), QString("unexpected alert open"));
+    QCOMPARE(answer.value.toObject().value("data").toObject().value("text").toString(),
+             QString("first\nline"));
+    QCOMPARE(m_client.get("alert/text").value.toString(), QString("second"));
+    QCOMPARE(m_client.post("alert/dismiss").status, 200);
+    QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
+}
 
-    void TestDriver::favouritesAreAWindow()
-    {
-        openPage();
-        const QString opened =
-            m_client.post("window/new").value.toObject().value("handle").toString();
-        QCOMPARE(m_client.get("window").value.toString(), QString("portal"));
-        QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
-        const QByteArray handle = R"({"handle":")" + opened.toUtf8() + R"("})";
-        QCOMPARE(m_client.post("window", handle).status, 200);
-        QCOMPARE(m_client.get("url").value.toString(), QString("about:blank"));
-        QCOMPARE(m_client.post("window", R"({"handle":"none"})").error(),
-                 QString("no such window"));
-        QCOMPARE(m_client.post("window", handle).status, 200);
-        QCOMPARE(compact(m_client.closeWindow().value), QByteArray(R"(["portal"])"));
-        QCOMPARE(m_client.get("title").error(), QString("no such window"));
-        QCOMPARE(m_client.post("window", R"({"handle":"portal"})").status, 200);
-        QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
-    }
+void TestDriver::favouritesAreAWindow()
+{
+    openPage();
+    const QString opened = m_client.post("window/new").value.toObject().value("handle").toString();
+    QCOMPARE(m_client.get("window").value.toString(), QString("portal"));
+    QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
+    const QByteArray handle = R"({"handle":")" + opened.toUtf8() + R"("})";
+    QCOMPARE(m_client.post("window", handle).status, 200);
+    QCOMPARE(m_client.get("url").value.toString(), QString("about:blank"));
+    QCOMPARE(m_client.post("window", R"({"handle":"none"})").error(), QString("no such window"));
+    QCOMPARE(m_client.post("window", handle).status, 200);
+    QCOMPARE(compact(m_client.closeWindow().value), QByteArray(R"(["portal"])"));
+    QCOMPARE(m_client.get("title").error(), QString("no such window"));
+    QCOMPARE(m_client.post("window", R"({"handle":"portal"})").status, 200);
+    QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
+}
 
-    void TestDriver::cookiesOfThePage()
-    {
-        openPage();
-        m_client.script("document.cookie = 'own=1'");
-        QCOMPARE(m_client.post("cookie", R"({"cookie":{"name":"a","value":"b","httpOnly":true}})")
-                     .status,
-                 200);
-        QCOMPARE(
-            compact(m_client.get("cookie/a").value),
-            QByteArray(
-                R"({"domain":"127.0.0.1","httpOnly":true,"name":"a","path":"/","secure":false,"value":"b"})"));
-        QCOMPARE(m_client.get("cookie").value.toArray().size(), 2);
-        QCOMPARE(m_client.script("return document.cookie").value.toString(), QString("own=1"));
-    }
+void TestDriver::cookiesOfThePage()
+{
+    openPage();
+    m_client.script("document.cookie = 'own=1'");
+    QCOMPARE(
+        m_client.post("cookie", R"({"cookie":{"name":"a","value":"b","httpOnly":true}})").status,
+        200);
+    QCOMPARE(
+        compact(m_client.get("cookie/a").value),
+        QByteArray(
+            R"({"domain":"127.0.0.1","httpOnly":true,"name":"a","path":"/","secure":false,"value":"b"})"));
+    QCOMPARE(m_client.get("cookie").value.toArray().size(), 2);
+    QCOMPARE(m_client.script("return document.cookie").value.toString(), QString("own=1"));
+}
 
-    void TestDriver::receiverAndLog()
-    {
-        openPage();
-        m_client.get("vesprel/commands");
-        m_client.script(
-            "gSTB.Play('/media/x.ts'); console.log('hello'); setTimeout('nothing()', 0)");
-        QCOMPARE(m_client.post("vesprel/playing", R"({"timeout":20000})").status, 200);
-        QVERIFY(compact(m_client.get("vesprel/commands").value).contains("/media/x.ts"));
-        QVERIFY(compact(m_client.get("vesprel/log").value).contains("Play"));
-        const QByteArray messages = compact(m_client.get("vesprel/messages").value);
-        QVERIFY2(messages.contains("hello"), messages);
-        QTRY_VERIFY(messages.contains("nothing") ||
-                    compact(m_client.get("vesprel/messages").value).contains("nothing"));
-    }
+void TestDriver::receiverAndLog()
+{
+    openPage();
+    m_client.get("vesprel/commands");
+    m_client.script("gSTB.Play('/media/x.ts'); console.log('hello'); setTimeout('nothing()', 0)");
+    QCOMPARE(m_client.post("vesprel/playing", R"({"timeout":20000})").status, 200);
+    QVERIFY(compact(m_client.get("vesprel/commands").value).contains("/media/x.ts"));
+    QVERIFY(compact(m_client.get("vesprel/log").value).contains("Play"));
+    const QByteArray messages = compact(m_client.get("vesprel/messages").value);
+    QVERIFY2(messages.contains("hello"), messages);
+    QTRY_VERIFY(messages.contains("nothing") ||
+                compact(m_client.get("vesprel/messages").value).contains("nothing"));
+}
 
-    void TestDriver::endlessScript()
-    {
-        openPage();
-        m_client.post("timeouts", R"({"script":200})");
-        QCOMPARE(m_client.script("for (;;);").error(), QString("script timeout"));
-        QCOMPARE(m_client.end().status, 200);
-        QTRY_VERIFY(m_client.children().isEmpty());
-        QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
-        QCOMPARE(m_client.begin().status, 200);
-    }
+void TestDriver::endlessScript()
+{
+    openPage();
+    m_client.post("timeouts", R"({"script":200})");
+    QCOMPARE(m_client.script("for (;;);").error(), QString("script timeout"));
+    QCOMPARE(m_client.end().status, 200);
+    QTRY_VERIFY(m_client.children().isEmpty());
+    QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
+    QCOMPARE(m_client.begin().status, 200);
+}
 
-    void TestDriver::crashedProgram()
-    {
-        const QList<qint64> programs = m_client.children("vesprel");
-        QCOMPARE(programs.size(), 1);
-        QCOMPARE(::kill(pid_t(programs.first()), SIGSEGV), 0);
-        const DriverClient::Answer answer = m_client.get("title");
-        QCOMPARE(answer.error(), QString("unknown error"));
-        const QString message = answer.value.toObject().value("message").toString();
-        QVERIFY2(message.contains("signal 11") && message.contains("finishLoading"),
-                 qPrintable(message));
-        QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
-    }
+void TestDriver::crashedProgram()
+{
+    const QList<qint64> programs = m_client.children("vesprel");
+    QCOMPARE(programs.size(), 1);
+    QCOMPARE(::kill(pid_t(programs.first()), SIGSEGV), 0);
+    const DriverClient::Answer answer = m_client.get("title");
+    QCOMPARE(answer.error(), QString("unknown error"));
+    const QString message = answer.value.toObject().value("message").toString();
+    QVERIFY2(message.contains("signal 11") && message.contains("finishLoading"),
+             qPrintable(message));
+    QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
+}
 
-    void TestDriver::nothingIsLeft()
-    {
-        QCOMPARE(m_client.begin().status, 200);
-        QVERIFY(m_client.children().size() >= 4);
-        QCOMPARE(m_client.end().status, 200);
-        QTRY_VERIFY(m_client.children().isEmpty());
-        QCOMPARE(m_client.files(), QStringList());
-    }
+void TestDriver::nothingIsLeft()
+{
+    QCOMPARE(m_client.begin().status, 200);
+    QVERIFY(m_client.children().size() >= 4);
+    QCOMPARE(m_client.end().status, 200);
+    QTRY_VERIFY(m_client.children().isEmpty());
+    QCOMPARE(m_client.files(), QStringList());
+}
 
-    void TestDriver::nothingIsLeftOfAKilledDriver()
-    {
-        QCOMPARE(m_client.begin().status, 200);
-        const QList<qint64> children = m_client.children();
-        m_client.process().kill();
-        QVERIFY(m_client.process().waitForFinished());
-        for (const qint64 child : children)
-            QTRY_VERIFY_WITH_TIMEOUT(!DriverClient::isRunning(child), 30000);
-        QTRY_COMPARE_WITH_TIMEOUT(m_client.files(), QStringList(), 30000);
-    }
+void TestDriver::nothingIsLeftOfAKilledDriver()
+{
+    QCOMPARE(m_client.begin().status, 200);
+    const QList<qint64> children = m_client.children();
+    m_client.process().kill();
+    QVERIFY(m_client.process().waitForFinished());
+    for (const qint64 child : children)
+        QTRY_VERIFY_WITH_TIMEOUT(!DriverClient::isRunning(child), 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_client.files(), QStringList(), 30000);
+}
 
-    QTEST_GUILESS_MAIN(TestDriver)
+QTEST_GUILESS_MAIN(TestDriver)
 #include "test_driver.moc"
