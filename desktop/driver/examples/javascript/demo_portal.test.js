@@ -41,6 +41,6 @@ test('storage is announced', async () => {
     await box.receiver('usb mount');
     await box.wait(async () => {
         const rows = await box.findElement(By.id('eventRows'));
-        return /usb/i.test(await rows.getText());
+        return /storage\.mount/.test(await rows.getText());
     }, 5000);
 });

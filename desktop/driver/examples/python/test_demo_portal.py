@@ -31,7 +31,7 @@ def test_red_hides_the_event_log(box):
 def test_storage_is_announced(box):
     box.find_element(By.CSS_SELECTOR, "#entryList li")
     box.receiver("usb mount")
-    WebDriverWait(box, 5).until(lambda b: any("usb" in row.lower() for row in rows(b)))
+    WebDriverWait(box, 5).until(lambda b: any("storage.mount" in row for row in rows(b)))
 
 
 def test_no_script_of_the_portal_fails(box):

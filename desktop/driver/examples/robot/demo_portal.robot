@@ -22,4 +22,4 @@ OK Plays The First Clip
 Storage Is Announced
     Page Should Contain Element    css:#entryList li
     Type Into Receiver    usb mount
-    Wait Until Element Contains    id:eventRows    usb
+    Wait Until Element Contains    id:eventRows    storage.mount
