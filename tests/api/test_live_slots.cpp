@@ -5,6 +5,7 @@
 #include "tests/support/gstb_page.h"
 #include "tests/support/log_capture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QNetworkInterface>
 #include <QTest>
@@ -285,7 +286,7 @@ void storedThings()
          R"("var dirs = [\"sub/\"];var files = [{\"name\":\"a.mp4\",\"size\":3}];"])",
          "", "SetListFilesExt (): \".ts .mp4\"");
     live("internal disk", "gSTB.ListDir('///media/HDD-SATA-1/x/')",
-         R"("var dirs = [];var files = [];")", "", "ListDir \"./USB-345-1/x/\"");
+         R"("var dirs = [\"inside/\"];var files = [];")", "", "ListDir \"./USB-345-1/x/\"");
     live("queried storage", "gSTB.RDir('get_hdd_info')", "\"[disk]\"", "sGetStorageInfo()",
          "RDir \"get_hdd_info\" \"[disk]\"");
     live("stored by query", "gSTB.RDir('setenv city Rome'), gSTB.RDir('getenv city')", "\"Rome\"",
@@ -318,6 +319,8 @@ private slots:
             writeFile(root + "/data", "x");
             writeFile(root + "/media/a.mp4", "123");
             writeFile(root + "/media/sub/b.mp4", "1");
+            writeFile(root + "/USB-345-1/x/inside/c.mp4", "1");
+            QDir::setCurrent(root);
             writeFile(root + "/home/default/action.sh",
                       "#!/bin/sh\ntouch " + root.toUtf8() + "/ran; exit 3\n");
             QFile::setPermissions(root + "/home/default/action.sh", QFile::Permissions(0x7700));

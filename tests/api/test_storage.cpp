@@ -213,8 +213,12 @@ private slots:
         writeFile(m_page->path("etc/x"), "");
         QVERIFY(QFile::link("/dev/zero", m_page->path("etc/stb_params")));
         QCOMPARE(::mkfifo(QFile::encodeName(m_page->path("pipe")).constData(), 0600), 0);
+        LogCapture log;
         QTEST(answer(expression), "answer");
         QCOMPARE(contentOf(m_page->path("file")), QByteArray("kept"));
+        QVERIFY(!QFileInfo(m_page->path("pipe")).isFile());
+        // What is no file is not even begun to be read.
+        QVERIFY(log.take().filter("Not read").isEmpty());
     }
 
     void parametersComeBack_data()
