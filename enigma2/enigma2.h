@@ -4,6 +4,7 @@
 #include "enigma2/answer_mailbox.h"
 #include "enigma2/event_queue.h"
 #include "enigma2/messages.h"
+#include "enigma2/send_limit.h"
 
 #include <QByteArray>
 #include <QLocalSocket>
@@ -41,7 +42,10 @@ public:
     /** Connects both sockets to the local server of this name (a path). Call it once. */
     void ConnectServer(const QString &name);
 
-    /** Sends one frame with a single write. GUI thread. */
+    /**
+     * Sends one frame with a single write. GUI thread. While the receiver does not read, frames
+     * that go beyond SendLimit are lost, with one record when that begins and one when it ends.
+     */
     void SendMessage(Command type, std::string_view payload = {});
 
     /** Sends the Latin-1 bytes of a text; other characters leave as question marks. */
@@ -112,10 +116,13 @@ private:
     std::optional<int> integerRequest(Command type, const QJsonObject &payload, const char *name);
     std::optional<QString> textRequest(Command type, const QByteArray &payload, const char *name);
 
+    void dropReceived();
+    void noteSent();
     void deliverEvents();
     void raise(const ReceivedEvent &event);
 
     QLocalSocket *m_sendSocket;
+    SendLimit m_sendLimit;
     int m_replyTimeout = 3000;
     QTimer m_nextSlice;
     AnswerMailbox m_answers;

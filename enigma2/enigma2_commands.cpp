@@ -31,19 +31,19 @@ QByteArray packJson(const QJsonObject &object)
 }
 
 /** Lets the reader thread read on while a request waits: the answer may come behind many events. */
-class GrowingQueue
+class WaitingRequest
 {
 public:
-    explicit GrowingQueue(EventQueue &queue)
+    explicit WaitingRequest(EventQueue &queue)
         : m_queue(queue)
     {
-        m_queue.setGrowing(true);
+        m_queue.setRequestWaiting(true);
     }
 
-    ~GrowingQueue() { m_queue.setGrowing(false); }
+    ~WaitingRequest() { m_queue.setRequestWaiting(false); }
 
-    GrowingQueue(const GrowingQueue &) = delete;
-    GrowingQueue &operator=(const GrowingQueue &) = delete;
+    WaitingRequest(const WaitingRequest &) = delete;
+    WaitingRequest &operator=(const WaitingRequest &) = delete;
 
 private:
     EventQueue &m_queue;
@@ -177,7 +177,7 @@ QString Enigma2::PvrGetAllTasks()
 std::optional<int> Enigma2::integerRequest(Command type, const QJsonObject &payload,
                                            const char *name)
 {
-    const GrowingQueue growing(m_events);
+    const WaitingRequest waiting(m_events);
     const auto send = [&] { SendMessage(type, view(packJson(payload))); };
     const auto answer = m_answers.awaitInteger(type, send, m_replyTimeout);
     if (!answer)
@@ -188,7 +188,7 @@ std::optional<int> Enigma2::integerRequest(Command type, const QJsonObject &payl
 std::optional<QString> Enigma2::textRequest(Command type, const QByteArray &payload,
                                             const char *name)
 {
-    const GrowingQueue growing(m_events);
+    const WaitingRequest waiting(m_events);
     const auto send = [&] { SendMessage(type, view(payload)); };
     const auto answer = m_answers.awaitText(type, send, m_replyTimeout);
     if (!answer)

@@ -8,7 +8,7 @@
 void EventQueue::push(ReceivedEvent event)
 {
     QMutexLocker locker(&m_mutex);
-    while (m_size >= capacity && !m_growing && !m_closed)
+    while (isFull() && !m_closed)
         m_roomMade.wait(&m_mutex);
     if (m_closed)
         return;
@@ -37,11 +37,11 @@ std::optional<ReceivedEvent> EventQueue::take()
     return event;
 }
 
-void EventQueue::setGrowing(bool growing)
+void EventQueue::setRequestWaiting(bool waiting)
 {
     const QMutexLocker locker(&m_mutex);
-    m_growing = growing;
-    if (growing)
+    m_isRequestWaiting = waiting;
+    if (waiting)
         m_roomMade.wakeAll();
 }
 
@@ -50,6 +50,11 @@ void EventQueue::close()
     const QMutexLocker locker(&m_mutex);
     m_closed = true;
     m_roomMade.wakeAll();
+}
+
+bool EventQueue::isFull() const
+{
+    return m_size >= (m_isRequestWaiting ? requestCapacity : capacity);
 }
 
 std::size_t EventQueue::sizeOf(const ReceivedEvent &event)

@@ -25,13 +25,16 @@ struct ReceivedEvent
 /**
  * The events on their way from the reader thread to the GUI thread, in order and without loss. A
  * full queue holds the reader thread up, and with it the receiver, until the GUI thread has taken
- * half of it; only while a request waits does it grow, since the answer comes behind the events.
+ * half of it; while a request waits it holds more, since the answer comes behind the events.
  */
 class EventQueue
 {
 public:
     /** So many bytes of events, about 100,000 of them, are kept; the last one may go beyond. */
     static constexpr std::size_t capacity = 4 * 1024 * 1024;
+
+    /** The same while a request waits. */
+    static constexpr std::size_t requestCapacity = 64 * 1024 * 1024;
 
     /**
      * Wake is called on the reader thread when the queue has something to take again: once, until
@@ -48,13 +51,14 @@ public:
     /** Takes the oldest event; nothing when there is none. GUI thread. */
     std::optional<ReceivedEvent> take();
 
-    /** Lets the queue grow beyond its capacity, or not. GUI thread. */
-    void setGrowing(bool growing);
+    /** Says whether a request waits. GUI thread. */
+    void setRequestWaiting(bool waiting);
 
     /** Lets push() drop its event from now on, so that the reader thread can end. */
     void close();
 
 private:
+    bool isFull() const;
     static std::size_t sizeOf(const ReceivedEvent &event);
 
     std::function<void()> m_wake;
@@ -63,6 +67,6 @@ private:
     std::deque<ReceivedEvent> m_events;
     std::size_t m_size = 0; ///< Bytes, by sizeOf().
     bool m_awake = false;   ///< Wake was called and take() has not found the end since.
-    bool m_growing = false;
+    bool m_isRequestWaiting = false;
     bool m_closed = false;
 };

@@ -17,7 +17,8 @@
 
 namespace {
 
-constexpr int restMilliseconds = 20;
+// A receiver that writes many frames at once may be held up within a header, if not for so long.
+constexpr int restMilliseconds = 500;
 
 bool isText(PayloadForm form) { return form == PayloadForm::Latin1 || form == PayloadForm::Utf8; }
 

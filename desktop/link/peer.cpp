@@ -6,17 +6,36 @@
 Peer::Peer(QLocalSocket *socket, int settleMs, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
+    , m_splitter([this](std::int32_t type, std::size_t length) {
+        emit message(QString("skipped command %1, too large: %2 bytes").arg(type).arg(length));
+    })
 {
     m_socket->setParent(this);
     connect(m_socket, &QLocalSocket::readyRead, this, &Peer::readCommands);
+    connect(m_socket, &QLocalSocket::bytesWritten, this, &Peer::noteSent);
     connect(m_socket, &QLocalSocket::disconnected, this, &Peer::disconnected);
     QTimer::singleShot(settleMs, this, &Peer::settle);
 }
 
 void Peer::send(const QByteArray &bytes)
 {
+    const auto waiting = static_cast<std::size_t>(m_socket->bytesToWrite());
+    switch (m_sendLimit.offer(waiting, static_cast<std::size_t>(bytes.size()))) {
+    case SendLimit::Verdict::Send: break;
+    case SendLimit::Verdict::FirstDrop:
+        emit message("dropping events, a listener does not read");
+        return;
+    case SendLimit::Verdict::Drop: return;
+    }
     m_socket->write(bytes);
     m_socket->flush();
+}
+
+void Peer::noteSent()
+{
+    const auto waiting = static_cast<std::size_t>(m_socket->bytesToWrite());
+    if (const std::size_t dropped = m_sendLimit.endDropping(waiting))
+        emit message(QString("the listener reads again, %1 events were dropped").arg(dropped));
 }
 
 void Peer::settle()

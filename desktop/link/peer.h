@@ -2,6 +2,7 @@
 #pragma once
 
 #include "enigma2/frame.h"
+#include "enigma2/send_limit.h"
 
 #include <QByteArray>
 #include <QLocalSocket>
@@ -21,7 +22,7 @@ public:
 
     bool isListener() const { return m_role == Role::Listener; }
 
-    /** Sends bytes and flushes them. */
+    /** Sends a frame and flushes it; what goes beyond SendLimit is dropped with a message. */
     void send(const QByteArray &bytes);
 
 signals:
@@ -33,13 +34,18 @@ signals:
 
     void disconnected();
 
+    /** Something that a person may want to read, one line. */
+    void message(const QString &line);
+
 private:
     enum class Role { Undecided, Listener, Commander };
 
     void settle();
     void readCommands();
+    void noteSent();
 
     QLocalSocket *m_socket;
     FrameSplitter m_splitter;
+    SendLimit m_sendLimit;
     Role m_role = Role::Undecided;
 };

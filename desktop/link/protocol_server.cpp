@@ -4,9 +4,12 @@
 #include "desktop/link/message_text.h"
 #include "desktop/link/receiver_socket.h"
 
+#include <sys/stat.h>
 #include <utility>
 
 namespace {
+
+constexpr int mostHeldBytes = int(SendLimit::capacity);
 
 QByteArray frameOf(Event event, const QByteArray &payload)
 {
@@ -32,7 +35,11 @@ QString ProtocolServer::listen(const QString &path)
     const QString obstacle = prepareSocketPath(path);
     if (!obstacle.isEmpty())
         return obstacle;
-    if (!m_server.listen(path))
+    // Whoever may connect commands the receiver; nobody gets in before a later change of mode.
+    const mode_t mask = ::umask(S_IRWXG | S_IRWXO | S_IXUSR);
+    const bool isListening = m_server.listen(path);
+    ::umask(mask);
+    if (!isListening)
         return QString("Cannot serve %1: %2.").arg(path, m_server.errorString());
     return QString();
 }
@@ -42,11 +49,12 @@ void ProtocolServer::send(Event event, const QByteArray &payload)
     const HeldEvent held = {event, payload};
     if (sendNow(held))
         return;
-    if (m_peers.isEmpty()) {
+    if (m_peers.isEmpty() || m_heldBytes + payload.size() > mostHeldBytes) {
         drop(held);
         return;
     }
     m_held.append(held);
+    m_heldBytes += int(frameHeaderSize) + payload.size();
     if (!m_holdTimer.isActive())
         m_holdTimer.start();
 }
@@ -56,6 +64,7 @@ void ProtocolServer::acceptPeers()
     while (QLocalSocket *socket = m_server.nextPendingConnection()) {
         auto *peer = new Peer(socket, m_timing.settle, this);
         connect(peer, &Peer::commandReceived, this, &ProtocolServer::commandReceived);
+        connect(peer, &Peer::message, this, &ProtocolServer::message);
         connect(peer, &Peer::becameListener, this, &ProtocolServer::sendHeld);
         connect(peer, &Peer::disconnected, this, [this, peer] { removePeer(peer); });
         m_peers.append(peer);
@@ -90,14 +99,20 @@ bool ProtocolServer::sendNow(const HeldEvent &event)
 void ProtocolServer::sendHeld()
 {
     m_holdTimer.stop();
-    const QVector<HeldEvent> held = std::exchange(m_held, {});
+    const QVector<HeldEvent> held = takeHeld();
     for (const HeldEvent &event : held)
         sendNow(event);
 }
 
+QVector<ProtocolServer::HeldEvent> ProtocolServer::takeHeld()
+{
+    m_heldBytes = 0;
+    return std::exchange(m_held, {});
+}
+
 void ProtocolServer::dropHeld()
 {
-    const QVector<HeldEvent> held = std::exchange(m_held, {});
+    const QVector<HeldEvent> held = takeHeld();
     for (const HeldEvent &event : held)
         drop(event);
 }

@@ -33,8 +33,8 @@ public:
     explicit ProtocolServer(const ServerTiming &timing = {}, QObject *parent = nullptr);
 
     /**
-     * Serves the socket at this path and removes it when the server goes. Returns what went wrong
-     * as a sentence, empty when it is served.
+     * Serves the socket at this path, for its user only, and removes it when the server goes.
+     * Returns what went wrong as a sentence, empty when it is served.
      */
     QString listen(const QString &path);
 
@@ -62,6 +62,7 @@ private:
     void removePeer(Peer *peer);
     bool sendNow(const HeldEvent &event);
     void sendHeld();
+    QVector<HeldEvent> takeHeld();
     void dropHeld();
     void drop(const HeldEvent &event);
 
@@ -70,4 +71,5 @@ private:
     QTimer m_holdTimer;
     QVector<Peer *> m_peers;
     QVector<HeldEvent> m_held;
+    int m_heldBytes = 0;
 };

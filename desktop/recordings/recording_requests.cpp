@@ -6,8 +6,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QSet>
 
 namespace {
+
+// Each list of recordings repeats the texts; a browser takes no longer address either.
+constexpr int longestText = 64 * 1024;
 
 QString compactText(const QJsonArray &array)
 {
@@ -29,6 +33,10 @@ int createRecording(Recordings &recordings, const QByteArray &payload)
     task.fileName = request["fileName"].toString();
     task.startTime = request["startTime"].toString();
     task.endTime = request["endTime"].toString();
+    for (const QString &text : {task.url, task.fileName, task.startTime, task.endTime}) {
+        if (text.size() > longestText)
+            return RecordingError::badArgument;
+    }
     return recordings.create(task);
 }
 
@@ -62,9 +70,14 @@ QString recordingsByIds(const Recordings &recordings, const QByteArray &payload)
 {
     static const QRegularExpression number("[0-9]+");
     QJsonArray found;
+    QSet<int> seen;
     auto matches = number.globalMatch(commandObject(payload)["idList"].toString());
     while (matches.hasNext()) {
-        if (const auto task = recordings.byId(matches.next().captured().toInt()))
+        const int id = matches.next().captured().toInt();
+        if (seen.contains(id))
+            continue;
+        seen.insert(id);
+        if (const auto task = recordings.byId(id))
             found.append(recordingJson(*task));
     }
     return compactText(found);

@@ -11,7 +11,7 @@
  * returns the answer. A payload that is no JSON object counts as one without members.
  */
 
-/** The new id or an error. */
+/** The new id or an error; one of its texts may have 65,536 characters. */
 int createRecording(Recordings &recordings, const QByteArray &payload);
 
 /** 0 or an error. Remove type 1 takes the file as well, any other only the task. */
@@ -27,8 +27,9 @@ int setMostRecordings(Recordings &recordings, const QByteArray &payload);
 QString recordingById(const Recordings &recordings, const QByteArray &payload);
 
 /**
- * The JSON array text of the tasks of an id list, in the list's order and without the unknown
- * ones. Whatever separates the numbers is accepted, so "[1,2]" and "1 2" are the same list.
+ * The JSON array text of the tasks of an id list, in the list's order, each once and
+ * without the unknown ones. Whatever separates the numbers is accepted, so "[1,2]" and "1 2" are
+ * the same list.
  */
 QString recordingsByIds(const Recordings &recordings, const QByteArray &payload);
 

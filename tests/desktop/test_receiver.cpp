@@ -169,6 +169,32 @@ private slots:
         QVERIFY(link.printed("dropped, nobody listens: usb unmounted"));
     }
 
+    /** What a listener leaves unread is bounded; it gets whole events and then none. */
+    void eventsForADeafListenerAreBounded()
+    {
+        Link link;
+        link.command(1200, bytes("00000500"));
+        QTRY_VERIFY(link.printed("virtual screen 1280"));
+        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f9 00000000")));
+        link.received.clear();
+        link.listener.setReadBufferSize(1);
+        for (int i = 0; i < 20; ++i)
+            link.receiver.runConsoleCommand(
+                parseConsoleLine("audio pids " + QString(1 << 20, 'x')));
+        QVERIFY(link.printed("dropping events, a listener does not read"));
+        link.listener.setReadBufferSize(0);
+        const auto readsAgain = [&link] {
+            link.received += link.listener.readAll();
+            return link.printed("the listener reads again, ");
+        };
+        QTRY_VERIFY(readsAgain());
+        QCOMPARE(link.received.size() % (12 + (1 << 20)), 0);
+        QVERIFY(link.received.size() < 6 * (1 << 20));
+        link.receiver.runConsoleCommand(parseConsoleLine("usb unmount"));
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fa 00000000")));
+    }
+
     void requestsAreAnswered_data()
     {
         QTest::addColumn<int>("type");
@@ -194,6 +220,11 @@ private slots:
         row("by unknown id", 1906, R"({"id":9})", "3ade68b1 000003fe 00000002", "{}");
         row("by ids", 1907, R"({"idList":"[7,1]"})", "3ade68b1 000003ff 00000052",
             "[" + task + "]");
+        row("by one id 20,000 times", 1907,
+            "{\"idList\":\"" + QByteArray("1 ").repeated(20000) + "\"}",
+            "3ade68b1 000003ff 00000052", "[" + task + "]");
+        row("create of a long address", 1903, "{\"url\":\"" + QByteArray(100000, 'a') + "\"}",
+            "3ade68b1 000003fb 00000004 ffffffff");
         row("by no ids", 1907, "", "3ade68b1 000003ff 00000002", "[]");
         row("maximum", 1908, R"({"maxCnt":1})", "3ade68b1 00000400 00000004 00000000");
         row("maximum of none", 1908, R"({"maxCnt":0})", "3ade68b1 00000400 00000004 ffffffff");
@@ -349,6 +380,9 @@ private slots:
         {
             ProtocolServer server;
             QCOMPARE(server.listen(path), QString());
+            QCOMPARE(QFile::permissions(path) & (QFile::ReadGroup | QFile::WriteGroup |
+                                                 QFile::ReadOther | QFile::WriteOther),
+                     QFile::Permissions());
             ProtocolServer second;
             QVERIFY(second.listen(path).contains("already answers"));
             QLocalSocket socket;

@@ -8,15 +8,22 @@
 
 #include <QBuffer>
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QLocalServer>
 #include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QVarLengthArray>
 #include <QtEndian>
 
+#include <atomic>
+#include <ctime>
 #include <functional>
+#include <pthread.h>
 #include <set>
+#include <thread>
 
 namespace {
 
@@ -400,10 +407,173 @@ private slots:
         QVERIFY(timer.elapsed() < 5000);
     }
 
+    /** Without a connection the reader sleeps; a processor is not its alone. */
+    void unconnectedReaderIsIdle()
+    {
+        LogCapture log;
+        m_link->ConnectServer(socketPath());
+        QString thread;
+        const auto threadIsKnown = [&log, &thread] {
+            if (!thread.isEmpty())
+                return true;
+            const QStringList records = log.take();
+            thread = records.filter(QString::fromUtf8("\u5f53\u524d\u7ebf\u7a0bID:")).value(0);
+            return !thread.isEmpty();
+        };
+        QTRY_VERIFY(threadIsKnown());
+        const auto id = pthread_t(thread.section("0x", 1).toULongLong(nullptr, 16));
+        clockid_t clock;
+        QCOMPARE(::pthread_getcpuclockid(id, &clock), 0);
+        const auto spentMicroseconds = [clock] {
+            timespec time = {};
+            ::clock_gettime(clock, &time);
+            return time.tv_sec * 1000000 + time.tv_nsec / 1000;
+        };
+        const auto before = spentMicroseconds();
+        QTest::qWait(600);
+        QVERIFY2(spentMicroseconds() - before < 25000, qPrintable(thread));
+    }
+
+    /** However fast events come, the event loop turns between them, and none is lost. */
+    void floodLeavesTheEventLoopFree()
+    {
+        connectLink();
+        constexpr int count = 20000;
+        int next = 0;
+        int turns = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &timer, [&] { turns += next < count ? 1 : 0; });
+        connect(m_link.get(), &Enigma2::OnPvrRecStarted, &timer, [&](int id) {
+            QElapsedTimer work;
+            work.start();
+            next += id == next ? 1 : 0;
+            while (work.nsecsElapsed() < 20000) {
+            }
+        });
+        timer.start(0);
+        std::thread sender([&] {
+            for (int id = 0; id < count; ++id) {
+                const QByteArray digits = QByteArray::number(id, 16).rightJustified(8, '0');
+                m_peer->send(frame("0000040200000004", digits));
+            }
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(next, count, 60000);
+        sender.join();
+        QVERIFY2(turns > 10, qPrintable(QString::number(turns)));
+    }
+
+    /** What an event opens, such as a dialog, runs an event loop in which events go on. */
+    void eventsGoOnInsideAnEvent()
+    {
+        connectLink();
+        QEventLoop dialog;
+        connect(m_link.get(), &Enigma2::OnPlayStart, &dialog, [&] { dialog.exec(); });
+        connect(m_link.get(), &Enigma2::OnPlayEnd, &dialog, &QEventLoop::quit);
+        QSignalSpy on(m_link.get(), &Enigma2::OnPowerOn);
+        QTimer::singleShot(20000, &dialog, &QEventLoop::quit);
+        m_peer->send(frame("000003e900000000") + frame("000003ea00000000") +
+                     frame("0000040600000000"));
+        QTRY_COMPARE(on.count(), 1);
+    }
+
+    /** The reader waits for room, except while a request waits, whose answer comes behind. */
+    void fullQueueHoldsTheReader()
+    {
+        std::atomic<std::size_t> pushed{0};
+        EventQueue events([] {});
+        constexpr std::size_t most = EventQueue::capacity / sizeof(ReceivedEvent) + 1;
+        std::thread reader([&] {
+            for (int i = 0; i < int(2 * most); ++i) {
+                events.push({Event::PvrRecordingStarted, i, 0, {}});
+                ++pushed;
+            }
+        });
+        QTRY_COMPARE(pushed.load(), most);
+        QCOMPARE(events.take()->first, 0);
+        events.setRequestWaiting(true);
+        QTRY_COMPARE(pushed.load(), 2 * most);
+        reader.join();
+        for (int i = 1; i < int(2 * most); ++i)
+            QCOMPARE(events.take()->first, i);
+        QVERIFY(!events.take());
+    }
+
+    void answerComesBehindManyEvents()
+    {
+        connectLink();
+        m_link->setReplyTimeout(60000);
+        m_peer->answer(1902, frame("000003f800000002", "5b5d"));
+        constexpr int count = 200000; // More than the queue takes while no request waits.
+        int started = 0;
+        connect(m_link.get(), &Enigma2::OnPlayStart, this, [&started] { ++started; });
+        std::thread sender([&] {
+            for (int sent = 0; sent < count; sent += 1000)
+                m_peer->send(QByteArray("3ade68b1000003e900000000").repeated(1000));
+        });
+        QCOMPARE(m_link->GetStorageInfo(), QString("[]"));
+        QTRY_COMPARE_WITH_TIMEOUT(started, count, 60000);
+        sender.join();
+    }
+
+    /** A receiver that stops reading loses commands, whole ones and only for that time. */
+    void commandsForADeafReceiverAreBounded()
+    {
+        QLocalServer server;
+        QVERIFY(server.listen(socketPath()));
+        LogCapture log;
+        m_link->ConnectServer(socketPath());
+        QTRY_VERIFY(server.hasPendingConnections());
+        QLocalSocket *receiver = server.nextPendingConnection();
+        receiver->setReadBufferSize(1);
+        for (int i = 0; i < 20; ++i)
+            m_link->MediaPlay(QString::number(i).rightJustified(1 << 20, 'x'));
+        const QString begin = "Enigma2 drops commands, the receiver does not read";
+        QCOMPARE(log.take().count(begin), 1);
+        receiver->setReadBufferSize(0);
+        FrameSplitter splitter;
+        int received = 0;
+        const auto receive = [&] {
+            splitter.feed(receiver->readAll().toStdString());
+            while (!splitter.hasLoneHeaderPiece()) {
+                const auto frame = splitter.next();
+                if (!frame)
+                    break;
+                if (frame->type == 1000)
+                    received +=
+                        frame->payload.substr((1 << 20) - 2) ==
+                                QString::number(received).rightJustified(2, 'x').toStdString()
+                            ? 1
+                            : 1000;
+            }
+            return received;
+        };
+        const QString end = "Enigma2 sends again, dropped commands: ";
+        QStringList records;
+        QTRY_VERIFY(receive() >= 4 && !(records += log.take()).filter(end).isEmpty());
+        QVERIFY2(received <= 5, qPrintable(QString::number(received)));
+        QCOMPARE(records.filter(end).first(), end + QString::number(20 - received));
+        m_link->MediaPlay(QString::number(received).rightJustified(1 << 20, 'x'));
+        const int all = received + 1;
+        QTRY_COMPARE(receive(), all);
+    }
+
+    void bytesOnTheSendingSocketAreDropped()
+    {
+        QLocalServer server;
+        QVERIFY(server.listen(socketPath()));
+        m_link->ConnectServer(socketPath());
+        QTRY_VERIFY(server.hasPendingConnections());
+        QLocalSocket *receiver = server.nextPendingConnection();
+        receiver->write(QByteArray(4 << 20, 'x'));
+        QTRY_COMPARE(receiver->bytesToWrite(), 0);
+        QTRY_COMPARE(m_link->findChild<QLocalSocket *>()->bytesAvailable(), 0);
+    }
+
     void logRecords()
     {
         LogCapture log;
         connectLink();
+        m_link->GetStorageInfo(); // Unanswered, so the answer below finds nobody waiting.
         m_link->MediaPlay("http://a");
         m_link->MediaSeek(30);
         m_link->RunApp("setup");
