@@ -31,7 +31,7 @@ class EventQueue
 {
 public:
     /** So many bytes of events, about 100,000 of them, are kept; the last one may go beyond. */
-    static constexpr std::size_t capacity = 4 * 1024 * 1024;
+    static constexpr std::size_t capacity = std::size_t{4} * 1024 * 1024;
 
     /** The same while a request waits. */
     static constexpr std::size_t requestCapacity = 64 * 1024 * 1024;

@@ -22,11 +22,11 @@ enum class PostedModifiers { Same, None, Control, Shift, Alt };
 /** One row of the key table. */
 struct KeyRow
 {
-    int key; ///< Qt key code of the remote's key
-    KeyAction action;
-    int postedKey;                ///< for keys that post another
-    PostedModifiers modifiers;    ///< of the posted key
-    const char *record;           ///< what the log says of it; empty where the action says more
+    int key = 0; ///< Qt key code of the remote's key
+    KeyAction action = KeyAction::Post;
+    int postedKey = 0;                                 ///< for keys that post another
+    PostedModifiers modifiers = PostedModifiers::Same; ///< of the posted key
+    const char *record = "";      ///< what the log says of it; empty where the action says more
     const char *application = ""; ///< for RunApp, the receiver's name of it
 };
 
