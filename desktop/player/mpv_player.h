@@ -54,7 +54,7 @@ private:
     struct Medium
     {
         QString url;
-        int entry = 0; ///< Its number in the playlist of mpv; 0 until mpv has told it.
+        int entry = 0;          ///< Its number in the playlist of mpv; 0 until mpv has told it.
         int seekAtStartMs = -1; ///< Negative: none was asked for.
         int lengthMs = 0;
         bool seeks = false;

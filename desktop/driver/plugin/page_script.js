@@ -9,7 +9,6 @@
     'use strict';
 
     var elementKey = 'element-6066-11e4-a52e-4f735466cecf';
-    var shadowKey = 'shadow-6066-11e4-a52e-4f735466cecf';
     var frameKey = 'frame-075b-4da1-b6ba-e579c2d3230a';
     var windowKey = 'window-fcc6-11e5-b4f8-330a88ab9d7f';
 
