@@ -18,6 +18,7 @@ inline constexpr char mainAppMode[] = "Q_MAIN_APP_MODE";
 inline constexpr char userAgent[] = "Q_USER_AGENT";
 inline constexpr char cachePath[] = "Q_CACHE_PATH";
 inline constexpr char cacheMaxSize[] = "Q_CACHE_MAX_SIZE";
+inline constexpr char portalOrigins[] = "Q_PORTAL_ORIGINS";
 inline constexpr char webDebug[] = "Q_WEB_DEBUG";
 inline constexpr char watchdogFile[] = "Q_WATCHDOG_FILE";
 inline constexpr char version[] = "Q_VERSION";

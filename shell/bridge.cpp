@@ -17,6 +17,7 @@
 #include "shell/window.h"
 
 #include <QWebFrame>
+#include <QWebSecurityOrigin>
 #include <QWebView>
 
 void Window::SetupJSObject()
@@ -25,6 +26,11 @@ void Window::SetupJSObject()
     if (!view)
         return;
     QWebFrame *frame = view->page()->mainFrame();
+    if (!mayUseBox(*frame)) {
+        const QWebSecurityOrigin origin = frame->securityOrigin();
+        logRecord("page without the box's objects:", originText(origin), origin.host());
+        return;
+    }
     frame->addToJavaScriptWindowObject("gSTB", m_gSTB);
     frame->addToJavaScriptWindowObject("stbPlayerManager", m_playerManager);
     frame->addToJavaScriptWindowObject("stbPlayer", m_playerManager->firstPlayer());
@@ -41,6 +47,9 @@ void Window::SetupJSObject()
 void Window::SetupKeyboardJSObject()
 {
     QWebFrame *frame = m_keyboard->frame();
+    // The keyboard's own page is a file of the box.
+    if (!mayUseBox(*frame) && frame->securityOrigin().scheme() != "file")
+        return;
     frame->addToJavaScriptWindowObject("gSTB", m_gSTB);
     frame->addToJavaScriptWindowObject("timeShift", m_timeShift);
     frame->addToJavaScriptWindowObject("stbStorage", m_storage);
@@ -58,8 +67,17 @@ void Window::HidePreviewHole() { injectScript("hide_hole.js"); }
 
 void Window::PrependKeyboard() { injectScript("kb.js"); }
 
+bool Window::mayUseBox(const QWebFrame &frame) const
+{
+    return m_origins.allow(originText(frame.securityOrigin()));
+}
+
 void Window::injectScript(const char *name)
 {
+    // The scripts use the objects, and a page without them has no keyboard either.
+    const QWebView *view = m_pages->currentView();
+    if (view && !mayUseBox(*view->page()->mainFrame()))
+        return;
     if (const auto script = injectedScript(name))
         m_pages->evaluate(*script);
     else

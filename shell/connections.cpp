@@ -8,6 +8,7 @@
 #include "objects/pvr_manager.h"
 #include "objects/web_window.h"
 #include "objects/window_manager.h"
+#include "shell/dialogs/dialog_host.h"
 #include "shell/keys/key_filter.h"
 #include "shell/window.h"
 
@@ -71,6 +72,7 @@ void Window::connectWindowObjects()
 void Window::connectKeys()
 {
     // clang-format off
+    connect(m_dialogs, &DialogHost::boxKey, m_keys, &KeyFilter::pressBoxKey);
     connect(m_keys, &KeyFilter::applicationRequested,     m_enigma2, &Enigma2::RunApp);
     connect(m_keys, &KeyFilter::standbyRequested,         m_enigma2, &Enigma2::Standby);
     // This request, and no other, takes the receiver back to the previous site.

@@ -51,6 +51,8 @@ void Window::Urlchanged(const QUrl &url)
     if (isVideoApplication(encoded))
         m_enigma2->RunApp("youtube");
     logRecord("Urlchanged", url, static_cast<int>(mode));
+    if (!m_origins.allow(originText(url)))
+        return;
     // An empty host, not a null one: the engine tells them apart, and files have the empty one.
     QWebSecurityOrigin(url).addAccessWhitelistEntry("file", QString(""),
                                                     QWebSecurityOrigin::DisallowSubdomains);

@@ -10,11 +10,13 @@
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/pages/page_stack.h"
 #include "shell/pages/page_statement.h"
+#include "shell/pages/script_connections.h"
 #include "shell/window.h"
 
 #include <QRect>
 #include <QThread>
 #include <QUrl>
+#include <QWebView>
 
 void Window::setUrl(const QUrl &url)
 {
@@ -63,6 +65,8 @@ void Window::WinOpenWebFavorites(const QString &url, int)
 
 void Window::WinCloseWebFavorites()
 {
+    if (m_pages->favouritesOpen())
+        m_scriptConnections->drop(m_pages->currentView());
     m_pages->closeFavourites();
     logRecord("WinCloseWebFavorites", "()");
 }

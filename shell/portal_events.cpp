@@ -6,6 +6,7 @@
 #include "api/vesprelv2.h"
 #include "objects/pvr_manager.h"
 #include "platform/log_record.h"
+#include "shell/dialogs/dialog_host.h"
 #include "shell/keys/posted_key.h"
 #include "shell/pages/page_stack.h"
 #include "shell/pages/page_statement.h"
@@ -93,6 +94,7 @@ void Window::OnPowerOff()
 {
     logRecord("OnPowerOff", "(): ");
     m_browser.setPoweredOff(true);
+    m_dialogs->setStandby(true);
     postEventKey(Qt::Key_F11, Qt::ControlModifier);
 }
 
@@ -100,6 +102,7 @@ void Window::OnPowerOn()
 {
     logRecord("OnPowerOn", "(): ");
     m_browser.setPoweredOff(false);
+    m_dialogs->setStandby(false);
 }
 
 void Window::postEventKey(int key, Qt::KeyboardModifiers modifiers)

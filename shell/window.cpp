@@ -15,11 +15,13 @@
 #include "platform/box_paths.h"
 #include "platform/environment.h"
 #include "platform/log_record.h"
+#include "shell/dialogs/dialog_host.h"
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_filter.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_area.h"
 #include "shell/pages/page_stack.h"
+#include "shell/pages/script_connections.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
@@ -33,7 +35,10 @@
 
 Window::Window(QWidget *parent)
     : QMainWindow(parent)
+    , m_origins(qEnvironmentVariable(Environment::portalOrigins))
 {
+    for (const QString &entry : m_origins.ignored())
+        logRecord("no origin, ignored:", entry);
     if (qEnvironmentVariableIsSet(Environment::userAgent))
         setUserAgentOverride(qEnvironmentVariable(Environment::userAgent));
     for (const auto attribute :
@@ -65,6 +70,7 @@ Window::Window(QWidget *parent)
     m_webWindow = new stbWebWindow(this);
     m_surface = new stbSurface(this);
     connectWindowObjects();
+    watchScriptConnections();
 
     m_keys = new KeyFilter(*m_pages, *m_keyboard, m_browser, *m_gSTB, this);
     connectKeys();
@@ -109,13 +115,38 @@ void Window::buildPages()
     m_area->resize(size());
     setCentralWidget(m_area);
 
-    m_keyboard = new KeyboardPane(m_area, this);
+    m_dialogs = new DialogHost(this);
+    connect(m_dialogs, &DialogHost::pagesAbandoned, this, &Window::replaceAbandonedPages);
+
+    m_keyboard = new KeyboardPane(m_area, *m_dialogs, this);
+    watchKeyboard();
+
+    m_pages = new PageStack(m_area, size(), *m_dialogs, this);
+    connect(m_pages, &PageStack::viewAdded, this, &Window::watchView);
+}
+
+void Window::watchKeyboard()
+{
     QWebFrame *frame = m_keyboard->frame();
     connect(frame, &QWebFrame::javaScriptWindowObjectCleared, this, &Window::SetupKeyboardJSObject);
     connect(frame, &QWebFrame::loadFinished, this, &Window::finishKeyboardLoading);
+}
 
-    m_pages = new PageStack(m_area, size(), this);
-    connect(m_pages, &PageStack::viewAdded, this, &Window::watchView);
+void Window::replaceAbandonedPages()
+{
+    m_pages->abandon();
+    m_keyboard->replaceView();
+    watchKeyboard();
+    m_pages->addPortal();
+}
+
+void Window::watchScriptConnections()
+{
+    m_scriptConnections = new ScriptConnections(*m_pages, this);
+    for (QObject *object : std::initializer_list<QObject *>{
+             m_gSTB, m_playerManager, m_playerManager->firstPlayer(), m_pvrManager, m_timeShift,
+             m_storage, m_windowManager, m_webWindow})
+        m_scriptConnections->watch(object);
 }
 
 void Window::setUpDiskCache()
@@ -143,6 +174,8 @@ void Window::watchView(QWebView *view)
     connect(view, &QWebView::loadProgress, this, &Window::setProgress);
     connect(view, &QWebView::loadFinished, this, &Window::finishLoading);
     connect(view, &QWebView::urlChanged, this, &Window::Urlchanged);
+    connect(view->page()->mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
+            [this, view] { m_scriptConnections->drop(view); });
     connect(view->page()->mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
             &Window::SetupJSObject);
 }

@@ -2,18 +2,22 @@
 #pragma once
 
 #include "shell/browser_state.h"
+#include "shell/pages/portal_origins.h"
 
 #include <QMainWindow>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
+class DialogHost;
 class Enigma2;
 class KeyFilter;
 class KeyboardPane;
 class PageArea;
 class PageStack;
 class PvrManager;
+class QWebFrame;
 class QWebView;
+class ScriptConnections;
 class VesprelV2;
 class stbPlayerManager;
 class stbStorage;
@@ -105,6 +109,8 @@ private slots:
 
 private:
     void buildPages();
+    void watchKeyboard();
+    void replaceAbandonedPages();
     void setUpDiskCache();
     void watchView(QWebView *view);
 
@@ -113,6 +119,10 @@ private:
     void connectWindowObjects();
     void connectKeys();
 
+    void watchScriptConnections();
+
+    /** Whether the box's objects are for the document of this frame. */
+    bool mayUseBox(const QWebFrame &frame) const;
     void injectScript(const char *name);
     void closeKeyboard();
     void keepFocus();
@@ -128,9 +138,12 @@ private:
     stbStorage *m_storage = nullptr;
     stbWebWindow *m_webWindow = nullptr;
     stbSurface *m_surface = nullptr; ///< promised to exist; published nowhere, read by nobody
+    DialogHost *m_dialogs = nullptr;
     PageArea *m_area = nullptr;
     KeyboardPane *m_keyboard = nullptr;
     PageStack *m_pages = nullptr;
     KeyFilter *m_keys = nullptr;
+    ScriptConnections *m_scriptConnections = nullptr;
     BrowserState m_browser;
+    PortalOrigins m_origins;
 };

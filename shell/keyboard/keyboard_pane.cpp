@@ -5,25 +5,34 @@
 #include "shell/keys/posted_key.h"
 #include "shell/pages/page_area.h"
 #include "shell/pages/transparent_view.h"
+#include "shell/pages/web_page.h"
 
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QUrl>
 #include <QWebFrame>
 
-KeyboardPane::KeyboardPane(PageArea *area, QObject *parent)
+KeyboardPane::KeyboardPane(PageArea *area, DialogHost &dialogs, QObject *parent)
     : QObject(parent)
-    , m_view(new TransparentView(area->window()))
+    , m_dialogs(dialogs)
+    , m_view(createView(area->window()))
 {
-    m_view->setFocusPolicy(Qt::NoFocus);
-    m_view->enable({QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
-                    QWebSettings::DeveloperExtrasEnabled});
-    frame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
-    frame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
-
     m_subWindow = area->addPane(m_view, Qt::WindowStaysOnTopHint);
     m_subWindow->setFocusPolicy(Qt::NoFocus);
     m_subWindow->hide();
+}
+
+TransparentView *KeyboardPane::createView(QWidget *window) const
+{
+    auto *view = new TransparentView(window);
+    view->setPage(new ViewerPage(&m_dialogs, view));
+    view->setFocusPolicy(Qt::NoFocus);
+    view->enable({QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
+                  QWebSettings::DeveloperExtrasEnabled});
+    QWebFrame *frame = view->page()->mainFrame();
+    frame->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
+    frame->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
+    return view;
 }
 
 void KeyboardPane::open()
@@ -40,6 +49,17 @@ void KeyboardPane::close()
     m_view->stop();
     m_subWindow->hide();
     m_shown = false;
+}
+
+void KeyboardPane::replaceView()
+{
+    m_subWindow->hide();
+    m_shown = false;
+    TransparentView *abandoned = m_view;
+    disconnect(abandoned->page()->mainFrame(), nullptr, m_subWindow->window(), nullptr);
+    m_view = createView(m_subWindow->window());
+    m_subWindow->setWidget(m_view);
+    abandoned->setParent(nullptr);
 }
 
 void KeyboardPane::finishLoading(bool ok)

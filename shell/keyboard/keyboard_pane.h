@@ -3,11 +3,13 @@
 
 #include <QObject>
 
+class DialogHost;
 class PageArea;
 class QKeyEvent;
 class QMdiSubWindow;
 class QRect;
 class QWebFrame;
+class QWidget;
 class TransparentView;
 
 /**
@@ -21,7 +23,7 @@ class KeyboardPane : public QObject
 
 public:
     /** Makes the hidden pane in a sub-window of the area. */
-    KeyboardPane(PageArea *area, QObject *parent);
+    KeyboardPane(PageArea *area, DialogHost &dialogs, QObject *parent);
 
     /** Loads the keyboard's page, every time anew, and makes the pane visible. */
     void open();
@@ -34,6 +36,12 @@ public:
 
     /** Whether the keyboard is on the screen, its page loaded or not. */
     bool isOpen() const;
+
+    /**
+     * Closes the pane and gives it a new view, and so a new frame(). The old one is not deleted:
+     * the engine loads nothing more in it.
+     */
+    void replaceView();
 
     /** Whether the keyboard takes the keys. */
     bool isShown() const { return m_shown; }
@@ -48,6 +56,9 @@ public:
     QWebFrame *frame() const;
 
 private:
+    TransparentView *createView(QWidget *window) const;
+
+    DialogHost &m_dialogs;
     TransparentView *m_view = nullptr;
     QMdiSubWindow *m_subWindow = nullptr;
     bool m_shown = false;

@@ -82,18 +82,33 @@ bool KeyFilter::translate(QWebView &view, const QKeyEvent &event, const KeyRow &
         if (m_pages.favouritesOpen())
             emit favouritesCloseRequested();
         return false;
-    case KeyAction::RunApp: emit applicationRequested(row.application); return true;
-    case KeyAction::Standby:
-        logRecord(row.record);
-        emit standbyRequested();
-        return true;
-    case KeyAction::Quit: emit quitRequested(); return false;
+    case KeyAction::RunApp:
+    case KeyAction::Standby: actForBox(row); return true;
+    case KeyAction::Quit: actForBox(row); return false;
     case KeyAction::Ok:
         logRecord(row.record, m_pages.favouritesOpen());
         return pressOk(view, event);
     case KeyAction::Back: return goBack(view, event);
     }
     return false;
+}
+
+void KeyFilter::pressBoxKey(int key)
+{
+    if (const KeyRow *row = findKeyRow(key))
+        actForBox(*row);
+}
+
+void KeyFilter::actForBox(const KeyRow &row)
+{
+    if (row.action == KeyAction::RunApp) {
+        emit applicationRequested(row.application);
+    } else if (row.action == KeyAction::Standby) {
+        logRecord(row.record);
+        emit standbyRequested();
+    } else if (row.action == KeyAction::Quit) {
+        emit quitRequested();
+    }
 }
 
 bool KeyFilter::postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row)

@@ -33,6 +33,9 @@ public:
     /** Handles a key press of the current view; true if the page shall not get it. */
     bool filter(QWebView &view, const QKeyEvent &event);
 
+    /** Does what a key does for the box rather than for a page: an application, stand-by, quit. */
+    void pressBoxKey(int key);
+
 signals:
     void applicationRequested(const QString &name);
     void standbyRequested();
@@ -44,6 +47,8 @@ signals:
     void favouritesCloseRequested();
 
 private:
+    void actForBox(const KeyRow &row);
+
     // Each of these says whether the key is consumed.
     bool translate(QWebView &view, const QKeyEvent &event, const KeyRow &row);
     bool postTranslated(QWebView &view, const QKeyEvent &event, const KeyRow &row);

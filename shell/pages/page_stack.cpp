@@ -1,36 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "shell/pages/page_stack.h"
 
+#include "shell/dialogs/dialog_host.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_area.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
-#include <QDialog>
 #include <QMdiSubWindow>
 #include <QWebFrame>
 #include <QWebView>
 
-namespace {
-
-/**
- * Deletes a view later. One whose page shows a dialog is still inside the script that asked for it:
- * it goes only after that has come to its end.
- */
-void deleteAfterDialog(QWebView *view)
-{
-    if (auto *dialog = view->findChild<QDialog *>()) {
-        QObject::connect(dialog, &QObject::destroyed, view, &QObject::deleteLater);
-        dialog->reject();
-    } else {
-        view->deleteLater();
-    }
-}
-
-} // namespace
-
-PageStack::PageStack(PageArea *area, const QSize &size, QObject *parent)
+PageStack::PageStack(PageArea *area, const QSize &size, DialogHost &dialogs, QObject *parent)
     : QObject(parent)
+    , m_dialogs(dialogs)
     , m_stack(new QStackedWidget(area))
 {
     QMdiSubWindow *subWindow = area->addPane(m_stack);
@@ -63,7 +46,8 @@ void PageStack::closeFavourites()
         m_stack->removeWidget(favourites);
         favourites->stop();
         favourites->close();
-        deleteAfterDialog(favourites);
+        // A script of its page that waits for an answer comes to its end first.
+        m_dialogs.whenAnswered([favourites] { favourites->deleteLater(); });
         focusCurrentView();
     }
     if (m_mode == PageMode::Settings)
@@ -92,9 +76,11 @@ void PageStack::focusCurrentView() const
 void PageStack::load(const QUrl &url)
 {
     m_requestedUrl = url;
-    if (QWebView *view = currentView())
-        view->load(url);
-    focusCurrentView();
+    m_dialogs.whenAnswered([this, url] {
+        if (QWebView *view = currentView())
+            m_dialogs.leave(view->page(), [view, url] { view->load(url); });
+        focusCurrentView();
+    });
 }
 
 void PageStack::markPortal()
@@ -103,12 +89,24 @@ void PageStack::markPortal()
         m_portalUrl = view->url();
 }
 
+void PageStack::abandon()
+{
+    while (QWidget *view = m_stack->currentWidget()) {
+        m_stack->removeWidget(view);
+        view->hide();
+        view->removeEventFilter(m_stack->window());
+        disconnect(view, nullptr, m_stack->window(), nullptr);
+        disconnect(static_cast<QWebView *>(view)->page()->mainFrame(), nullptr, m_stack->window(),
+                   nullptr);
+    }
+}
+
 void PageStack::release() { m_stack.clear(); }
 
 TransparentView *PageStack::createView()
 {
     auto *view = new TransparentView(m_stack->window());
-    view->setPage(new QWebPagePriv(view));
+    view->setPage(new QWebPagePriv(&m_dialogs, view));
     view->enable({QWebSettings::DeveloperExtrasEnabled});
     emit viewAdded(view);
     return view;

@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QUrl>
 
+class DialogHost;
 class PageArea;
 class QWebView;
 class TransparentView;
@@ -23,8 +24,11 @@ class PageStack : public QObject
     Q_OBJECT
 
 public:
-    /** Makes an empty stack of this size (px) in a sub-window of the area. */
-    PageStack(PageArea *area, const QSize &size, QObject *parent);
+    /**
+     * Makes an empty stack of this size (px) in a sub-window of the area. Its pages ask the viewer
+     * by the dialog host, and go or are replaced only after what is open there is answered.
+     */
+    PageStack(PageArea *area, const QSize &size, DialogHost &dialogs, QObject *parent);
 
     /** Puts the portal's view at the bottom; its page uses the shared network access. */
     void addPortal();
@@ -46,7 +50,10 @@ public:
     /** Gives the current view the keyboard focus. */
     void focusCurrentView() const;
 
-    /** Loads a page in the current view and gives that the focus. */
+    /**
+     * Loads a page in the current view, whatever its page says to that, and gives it the focus;
+     * while a dialog is open, as soon as the script that waits for it has ended.
+     */
     void load(const QUrl &url);
 
     /** The URL that was given to load() last. */
@@ -63,6 +70,12 @@ public:
 
     PageMode mode() const { return m_mode; }
 
+    /**
+     * Takes all views away without deleting them: a script that never ends runs in one of them,
+     * and the engine loads nothing more in any.
+     */
+    void abandon();
+
     /** From here on there is no current view: the views are about to go. */
     void release();
 
@@ -73,6 +86,7 @@ signals:
 private:
     TransparentView *createView();
 
+    DialogHost &m_dialogs;
     QPointer<QStackedWidget> m_stack;
     QUrl m_requestedUrl;
     QUrl m_portalUrl;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "shell/pages/transparent_view.h"
 
+#include "shell/pages/control_style.h"
+
 #include <QKeyEvent>
 
 const char transparentStyle[] = "background: transparent;";
@@ -10,7 +12,10 @@ TransparentView::TransparentView(QWidget *parent)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowFlag(Qt::FramelessWindowHint);
+    showControls(this);
     setStyleSheet(transparentStyle);
+    // The page hears of the menu key, but a browser's menu is no viewer's business.
+    setContextMenuPolicy(Qt::PreventContextMenu);
 }
 
 void TransparentView::enable(std::initializer_list<QWebSettings::WebAttribute> attributes)
@@ -32,7 +37,11 @@ bool TransparentView::event(QEvent *event)
             return true;
         }
     }
-    return QWebView::event(event);
+    const bool handled = QWebView::event(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::Polish ||
+        event->type() == QEvent::Show)
+        keepControlPalette(this);
+    return handled;
 }
 
 bool TransparentView::focusNextPrevChild(bool) { return false; }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "shell/dialogs/dialog_panel.h"
 #include "tests/support/http_server.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
-#include <QApplication>
 #include <QPointer>
 #include <QStackedWidget>
 #include <QTest>
@@ -103,7 +103,7 @@ private slots:
         m_portal->evaluate("setTimeout(function () { alert('open'); }, 0)");
         QTimer event;
         connect(&event, &QTimer::timeout, this, [this, &event] {
-            if (QApplication::activeModalWidget()) {
+            if (m_portal->window.findChild<DialogPanel *>()) {
                 event.stop();
                 m_portal->window.OnPlayEnd();
             }
