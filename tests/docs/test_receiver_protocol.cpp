@@ -52,7 +52,7 @@ QString printed(const char *words)
 QString expectedRow(int number, PayloadForm form, const QStringList &lastCells,
                     const QString &documentedRow, const QString &meaning = {})
 {
-    const QStringList cells = documentedRow.mid(2).chopped(2).split(" | ");
+    const QStringList cells = documentedRow.mid(2, qMax(0, documentedRow.size() - 4)).split(" | ");
     QString payload = formText(form);
     const QString shown = cells.value(2);
     if (shown.startsWith(payload) && (form == PayloadForm::Nothing) == (shown == "-"))
