@@ -157,12 +157,23 @@ export VESPREL_ROOT
 [ -O "$VESPREL_ROOT" ] && [ ! -L "$VESPREL_ROOT" ] || fail "$VESPREL_ROOT belongs to somebody else"
 DESTDIR=$VESPREL_ROOT cmake --install "$bin" --component web >/dev/null
 
-demo="file://$here/desktop/portal/index.html?media=$VESPREL_ROOT/media/"
-[ -z "$screenshot" ] || demo="$demo&autoplay=1"
+# file_url FILE: its address, whatever characters its name has.
+file_url() {
+    realpath -z "$1" | perl -0pe 's/\0$//; s/([^A-Za-z0-9\/._~-])/sprintf("%%%02X", ord($1))/ge; s/^/file:\/\//'
+}
+
+address=$(file_url "$here/desktop/portal/index.html")
+[ -z "$screenshot" ] || address="$address?autoplay=1"
 if [ -n "$portal" ] && [ -e "$portal" ]; then
-    portal=file://$(realpath "$portal")
+    address=$(file_url "$portal")
+elif [ -n "$portal" ]; then
+    case $portal in
+    *://*) address=$portal ;;
+    *) fail "there is no file $portal, and an address needs its scheme, as in http://$portal" ;;
+    esac
 fi
-export Q_VESPREL_PORTAL=${portal:-$demo}
+# As on a box, the receiver tells the program which portal to load.
+export Q_VESPREL_PORTAL=about:blank
 
 # The page on the screen is the page on the disk: nothing of it is kept, unless that is asked for.
 if [ -z "${Q_CACHE_PATH:-}" ]; then
@@ -247,7 +258,7 @@ start_compositor() {
 ready_or_gone() { [ -e "$scratch/ready" ] || ! kill -0 "$1" 2>/dev/null; }
 
 start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
-    local words=("$bin/desktop/vesprel-receiver" --ready "$scratch/ready")
+    local words=("$bin/desktop/vesprel-receiver" --ready "$scratch/ready" --portal "$address")
     words+=(${receiver_options[@]+"${receiver_options[@]}"})
     if [ "$1" = - ]; then
         start_confined "${words[@]}"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/text_file.h"
 
+#include "platform/box_paths.h"
 #include "platform/log_record.h"
 
 #include <QByteArray>
@@ -115,7 +116,10 @@ Replacement writeOver(const QString &path, const QByteArray &content)
 
 } // namespace
 
-QString diskPath(const QString &path) { return path.startsWith(':') ? "./" + path : path; }
+QString diskPath(const QString &path)
+{
+    return path.startsWith(':') ? "./" + path : BoxPaths::mediaPath(path);
+}
 
 QString firstWord(const QByteArray &content) { return readWord(content).text; }
 

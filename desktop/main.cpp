@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QStandardPaths>
 #include <QTimer>
+#include <QUrl>
 
 #include <csignal>
 #include <cstdio>
@@ -90,6 +91,7 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
         return failWith("--player=mpv needs mpv and an X display.");
     const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
     Receiver receiver(server, *screen.player, *recordings);
+    receiver.setPortal(QUrl(options.portal, QUrl::TolerantMode).toEncoded());
     Script script(steps.steps);
     Console console(STDIN_FILENO);
 

@@ -26,6 +26,8 @@ void Receiver::forgetProgram()
 {
     // With nobody left to stop it, playback would go on for ever and report to nobody.
     m_player.stop();
+    m_isAnnounced = false;
+    m_isStandby = false;
     m_viewport = {};
     emit viewportChanged(m_viewport);
 }
@@ -121,10 +123,10 @@ constexpr Receiver::CommandHandler Receiver::commandHandlers[] = {
     {Command::PvrGetTasksByIds, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrGetTasksByIds, recordingsByIds(r.m_recordings, p)); }},
     {Command::PvrSetMaxRecordingCount, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrSetMaxRecordingCount, setMostRecordings(r.m_recordings, p)); }},
     {Command::PvrGetAllTasks,   [](Receiver &r, const QByteArray &)  { r.answer(Command::PvrGetAllTasks, allRecordings(r.m_recordings)); }},
-    // A PC has nothing to reboot, to start or to switch off: the printed line is all.
-    {Command::Reboot,  [](Receiver &, const QByteArray &) {}},
+    {Command::Reboot,  [](Receiver &r, const QByteArray &) { r.announcePortal(); }},
+    {Command::Standby, [](Receiver &r, const QByteArray &) { r.toggleStandby(); }},
+    // A PC has no application to start: the printed line is all.
     {Command::RunApp,  [](Receiver &, const QByteArray &) {}},
-    {Command::Standby, [](Receiver &, const QByteArray &) {}},
     {Command::Exit,    [](Receiver &, const QByteArray &) {}},
 };
 // clang-format on
@@ -151,8 +153,25 @@ void Receiver::setSubtitleLanguage(int rank, const QByteArray &payload)
     m_player.setSubtitleLanguages(m_subtitleLanguages);
 }
 
+void Receiver::announcePortal()
+{
+    if (m_portal.isEmpty())
+        return;
+    m_isAnnounced = true;
+    m_server.send(Event::NewPortal, m_portal);
+}
+
+void Receiver::toggleStandby()
+{
+    m_isStandby = !m_isStandby;
+    m_server.send(m_isStandby ? Event::PowerOff : Event::PowerOn);
+}
+
 void Receiver::setScreenWidth(int width)
 {
+    // This is the first that a program says, at every connection.
+    if (!m_isAnnounced)
+        announcePortal();
     m_viewport.screenWidth = width;
     emit viewportChanged(m_viewport);
 }
@@ -187,6 +206,8 @@ void Receiver::runConsoleCommand(const ConsoleCommand &command)
 void Receiver::sendConsoleEvent(const ConsoleCommand &command)
 {
     switch (command.event) {
+    case Event::PowerOff: m_isStandby = true; break;
+    case Event::PowerOn: m_isStandby = false; break;
     case Event::PvrRecordingStarted:
         m_recordings.setState(integerAt(command.payload, 0), RecordingState::Recording);
         break;

@@ -26,6 +26,12 @@ public:
     Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &recordings,
              QObject *parent = nullptr);
 
+    /**
+     * The portal that programs are to load, percent-encoded: each hears of it once it is connected,
+     * and again when it asks for the previous site or a reboot. Empty: none is announced.
+     */
+    void setPortal(const QByteArray &url) { m_portal = url; }
+
     /** Carries out one line of the console. */
     void runConsoleCommand(const ConsoleCommand &command);
 
@@ -49,6 +55,8 @@ private:
     void handleCommand(int type, const QByteArray &payload);
     void setAudioLanguage(int rank, const QByteArray &payload);
     void setSubtitleLanguage(int rank, const QByteArray &payload);
+    void announcePortal();
+    void toggleStandby();
     void setScreenWidth(int width);
     void setVideoArea(const QRect &area);
     void answer(Command request, int number);
@@ -59,6 +67,9 @@ private:
     MediaPlayer &m_player;
     Recordings &m_recordings;
     Viewport m_viewport;
+    QByteArray m_portal;
+    bool m_isAnnounced = false;
+    bool m_isStandby = false;
     QStringList m_audioLanguages = {QString(), QString()};    ///< The first choice, the second.
     QStringList m_subtitleLanguages = {QString(), QString()}; ///< The same.
 };

@@ -27,7 +27,7 @@ struct CommandLine
     CommandLine()
     {
         parser.setApplicationDescription(description);
-        parser.addOptions({help, player, script, ready});
+        parser.addOptions({help, player, portal, script, ready});
     }
 
     const QCommandLineOption help = {{"h", "help"}, "Prints this text and ends."};
@@ -36,6 +36,11 @@ struct CommandLine
         "What plays and records: mpv (and ffmpeg), or simulated, which shows nothing, records "
         "nothing and needs neither. Default: mpv where it and a display exist.",
         "mpv|simulated"};
+    const QCommandLineOption portal = {
+        "portal",
+        "Announces this portal to each program that connects, and again when one asks for the "
+        "previous site or a reboot.",
+        "URL"};
     const QCommandLineOption script = {
         "script", "Runs the commands of this file after the start, then goes on.", "FILE"};
     const QCommandLineOption ready = {
@@ -55,6 +60,7 @@ ReceiverOptions parseReceiverOptions(const QStringList &arguments)
     else if (const QStringList surplus = line.parser.positionalArguments(); !surplus.isEmpty())
         options.failure = "Unexpected argument: " + surplus.first();
     options.wantsHelp = line.parser.isSet(line.help);
+    options.portal = line.parser.value(line.portal);
     options.scriptFile = line.parser.value(line.script);
     options.readyFile = line.parser.value(line.ready);
     const QString name = line.parser.value(line.player);

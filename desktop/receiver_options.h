@@ -10,6 +10,7 @@ struct ReceiverOptions
     enum class Player { Automatic, Mpv, Simulated };
 
     Player player = Player::Automatic;
+    QString portal;     ///< The address that is announced to programs; empty: none.
     QString scriptFile; ///< Empty: no script.
     QString readyFile;  ///< To be made when the socket is served; empty: none.
     bool wantsHelp = false;

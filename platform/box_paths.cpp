@@ -42,6 +42,11 @@ QString BoxPaths::root() { return rootStorage(); }
 
 void BoxPaths::setRoot(const QString &root) { rootStorage() = root; }
 
+QString BoxPaths::mediaPath(const QString &path)
+{
+    return path == "/media" || path.startsWith("/media/") ? below(path) : path;
+}
+
 QString BoxPaths::receiverSocket() { return below(receiverSocketPath); }
 
 QString BoxPaths::applicationHome() { return below("/home/vesprel/"); }

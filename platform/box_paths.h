@@ -17,6 +17,9 @@ QString root();
 /** Puts all paths below another root. For tests and tools, before anything reads a path. */
 void setRoot(const QString &root);
 
+/** What a path of the box's disks, "/media" and all below it, is here; any other stays as it is. */
+QString mediaPath(const QString &path);
+
 /** Local socket that the receiver serves. A socket path is limited to 107 bytes. */
 QString receiverSocket();
 

@@ -7,13 +7,23 @@
 #include <QString>
 #include <QStringList>
 
-/** How a picture is fitted into the video window. The numbers are those of the aspect command. */
+/**
+ * How a picture is fitted into the video window. The numbers are those of the
+ * aspect command; of those from 16 on, the lower four bits tell the shape of
+ * the TV and do not count here.
+ */
 enum class Aspect {
-    AsMedium = 0, ///< As the medium says, with black bars.
-    Standard = 1, ///< Shown as 4:3, with black bars.
-    Wide = 2,     ///< Shown as 16:9, with black bars.
-    Fill = 3,     ///< Stretched to the whole window.
-    Zoom = 4,     ///< Enlarged until no bar is left; what does not fit is cut off.
+    Exploded = 0,    ///< Stretched to the whole window.
+    Standard = 1,    ///< Shown as 4:3, with black bars.
+    Wide = 2,        ///< Shown as 16:9, with black bars.
+    Fill = 3,        ///< As exploded.
+    Zoom = 4,        ///< As big.
+    Fit = 0x10,      ///< As the medium says, with black bars; so it is until something
+                     ///< else is asked.
+    PanScan = 0x20,  ///< As big.
+    Combined = 0x30, ///< Half way from fit to big.
+    Big = 0x40,      ///< Enlarged until no bar is left; what does not fit is cut off.
+    Optimal = 0x50,  ///< Without bars, a little stretched and a little cut off.
 };
 
 /**
@@ -61,15 +71,21 @@ public:
     virtual void toggleMute() {}
 
 signals:
+    /** Progress was reported before. */
     void started();
 
     /** The medium came to its end or could not be played. */
     void ended();
 
-    /** Length and position in ms; length 0 where there is none. */
+    /** Length and position in ms, also at once after a seek; length 0 where there
+     * is none. */
     void progress(int totalMs, int positionMs);
 
-    /** Track lists: the text of a JSON array of objects with pid (number) and lang (codes). */
+    /**
+     * Track lists: the text of a JSON array of objects with pid (number) and lang
+     * (codes). An empty one is reported only to whom a list with tracks was
+     * reported before.
+     */
     void audioTracksChanged(const QString &list);
     void subtitleTracksChanged(const QString &list);
 

@@ -18,6 +18,8 @@ QStringList mpvArguments(const QStringList &added)
         "--osc=no", "--osd-level=0", "--input-default-bindings=no", "--input-vo-keyboard=no",
         "--input-cursor=no", "--ytdl=no", "--load-scripts=no", "--load-stats-overlay=no",
         "--load-osd-console=no", "--load-auto-profiles=no", "--resume-playback=no",
+        // A picture stays until it is stopped.
+        "--image-display-duration=inf",
         // Only ffmpeg's demuxers: mpv's own open what playlists and the like
         // name, whatever it is.
         "--demuxer=lavf", "--demuxer-lavf-o=protocol_whitelist=[" + networkProtocols() + "]",
@@ -55,9 +57,15 @@ MpvPlayer::MpvPlayer(const MpvOptions &options, QObject *parent)
 
 void MpvPlayer::play(const PlayRequest &request)
 {
+    const bool hadAudio = m_medium.reportedAudio != noTracks;
+    const bool hadSubtitles = m_medium.reportedSubtitles != noTracks;
     forgetMedium();
     m_state = State::Starting;
-    m_medium.url = request.url;
+    m_medium.request = request;
+    if (hadAudio)
+        m_medium.reportedAudio = QString();
+    if (hadSubtitles)
+        m_medium.reportedSubtitles = QString();
     ++m_play;
     if (request.url.isEmpty()) {
         finish("cannot play: there is no address");
@@ -73,7 +81,7 @@ void MpvPlayer::play(const PlayRequest &request)
         return;
     }
     m_patience.start();
-    load(source.location, request.positionMs);
+    load(source.location);
 }
 
 void MpvPlayer::stop()
@@ -140,10 +148,32 @@ void MpvPlayer::showSubtitles(bool visible)
 
 void MpvPlayer::setAspect(Aspect aspect)
 {
-    const char *ratio = aspect == Aspect::Standard ? "4:3" : aspect == Aspect::Wide ? "16:9" : "no";
+    m_aspect = aspect;
+    shapePicture();
+}
+
+void MpvPlayer::shapePicture()
+{
+    const PictureShape shape = pictureShape(m_aspect, m_medium.ratio);
+    if (shape == m_shape)
+        return;
+    m_shape = shape;
+    const QJsonValue ratio = shape.ratio > 0.0 ? QJsonValue(shape.ratio) : QJsonValue("no");
     setLastingProperty("video-aspect-override", ratio);
-    setLastingProperty("keepaspect", aspect != Aspect::Fill);
-    setLastingProperty("panscan", aspect == Aspect::Zoom ? 1.0 : 0.0);
+    setLastingProperty("keepaspect", shape.keepsRatio);
+    setLastingProperty("panscan", shape.panscan);
+}
+
+void MpvPlayer::chooseTracks()
+{
+    const PlayRequest &request = m_medium.request;
+    const auto choose = [this](const char *property, const char *type, int pid) {
+        if (const int number = TrackList::of(type, m_medium.tracks).numberOf(pid))
+            setProperty(property, number);
+    };
+    choose("vid", "video", request.videoPid);
+    choose("aid", "audio", request.audioPid);
+    choose("sid", "sub", request.subtitlePid);
 }
 
 void MpvPlayer::changeVolume(int percent)
@@ -172,17 +202,21 @@ bool MpvPlayer::startMpv()
     return true;
 }
 
-void MpvPlayer::load(const QString &location, int positionMs)
+void MpvPlayer::load(const QString &location)
 {
     setProperty("pause", false);
+    const int positionMs = m_medium.request.positionMs;
     setProperty("start", positionMs > 0 ? secondsText(positionMs) : "none");
+    // The choices of the medium before would hold for this one as well.
+    for (const char *choice : {"vid", "aid", "sid"})
+        setProperty(choice, "auto");
     const auto noteEntry = [this, play = m_play](const QJsonObject &answer) {
         if (play != m_play || m_state != State::Starting)
             return;
         m_medium.entry = answer["data"].toObject()["playlist_entry_id"].toInt();
         if (answer["error"].toString() != "success")
             finish(QString("cannot play %1: %2")
-                       .arg(oneLine(m_medium.url), answer["error"].toString()));
+                       .arg(oneLine(m_medium.request.url), answer["error"].toString()));
     };
     m_mpv.command({"loadfile", location, "replace"}, noteEntry);
 }

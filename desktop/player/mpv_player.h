@@ -3,6 +3,7 @@
 
 #include "desktop/player/media_player.h"
 #include "desktop/player/mpv_process.h"
+#include "desktop/player/picture_shape.h"
 #include "desktop/player/track_list.h"
 
 #include <QHash>
@@ -48,29 +49,34 @@ public:
     void toggleMute() override;
 
 private:
+    static constexpr const char *noTracks = "[]";
+
     enum class State { Stopped, Starting, Playing, Paused };
 
     /** What is known of the medium that was asked for. */
     struct Medium
     {
-        QString url;
         int entry = 0;          ///< Its number in the playlist of mpv; 0 until mpv has told it.
         int seekAtStartMs = -1; ///< Negative: none was asked for.
         int lengthMs = 0;
         bool seeks = false;
         bool seeksInCacheOnly = false;
         QString firstError;
-        QJsonArray tracks; ///< As mpv tells them.
+        PlayRequest request;
+        double ratio = 0.0; ///< Width by height; 0 while unknown.
+        QJsonArray tracks;  ///< As mpv tells them.
         TrackList audio;
         TrackList subtitles;
-        QString reportedAudio;
-        QString reportedSubtitles;
+        QString reportedAudio = noTracks; ///< Null: the list of an earlier medium.
+        QString reportedSubtitles = noTracks;
         int reportedAudioPid = -1;
         int reportedSubtitlePid = -1;
     };
 
     bool startMpv();
-    void load(const QString &location, int positionMs);
+    void load(const QString &location);
+    void chooseTracks();
+    void shapePicture();
     void forgetMedium();
     void finish(const QString &line);
     void setProperty(const QString &name, const QJsonValue &value);
@@ -80,11 +86,12 @@ private:
     void handleEndOfEntry(const QJsonObject &event);
     void explainFailure(const QString &summary);
     void handlePlaybackRestart();
-    void begin();
+    void begin(int positionMs);
     void handleProperty(const QString &name, const QJsonValue &value);
     void handleExit();
     void handleSilence();
 
+    int lengthMs() const;
     void reportTracks();
     void reportProgress();
 
@@ -94,6 +101,8 @@ private:
     QTimer m_tick;
     QHash<QString, QJsonValue> m_lasting; ///< Survives an mpv that is started again.
     int m_volume = 100;
+    Aspect m_aspect = Aspect::Fit;
+    PictureShape m_shape;
 
     State m_state = State::Stopped;
     int m_play = 0; ///< Counts the plays, to tell late answers from those that count.

@@ -40,7 +40,7 @@ void MpvPlayer::explainFailure(const QString &summary)
         if (play != m_play || m_state == State::Stopped)
             return;
         const QString cause = m_medium.firstError.isEmpty() ? summary : m_medium.firstError;
-        finish(QString("cannot play %1: %2").arg(oneLine(m_medium.url), oneLine(cause)));
+        finish(QString("cannot play %1: %2").arg(oneLine(m_medium.request.url), oneLine(cause)));
     });
 }
 
@@ -60,19 +60,33 @@ void MpvPlayer::handlePlaybackRestart()
                               handleProperty(name, answer["data"]);
                       });
     }
-    m_mpv.command({"get_property", "time-pos"}, [this, play = m_play](const QJsonObject &) {
-        if (play == m_play && m_state == State::Starting)
-            begin();
+    const auto isStarting = [this, play = m_play] {
+        return play == m_play && m_state == State::Starting;
+    };
+    m_mpv.command({"get_property", "time-pos"}, [this, isStarting](const QJsonObject &position) {
+        if (!isStarting())
+            return;
+        chooseTracks();
+        const int positionMs = millisecondsOf(position["data"].toDouble());
+        m_mpv.command({"get_property", "track-list"},
+                      [this, isStarting, positionMs](const QJsonObject &answer) {
+                          if (!isStarting())
+                              return;
+                          m_medium.tracks = answer["data"].toArray();
+                          begin(positionMs);
+                      });
     });
 }
 
-void MpvPlayer::begin()
+void MpvPlayer::begin(int positionMs)
 {
     m_state = State::Playing;
     m_patience.stop();
     m_tick.start();
     const int target = std::exchange(m_medium.seekAtStartMs, -1);
     const int play = m_play;
+    // Pages ask for the length when they hear of the start.
+    emit progress(lengthMs(), positionMs);
     emit started();
     // Whoever hears of the start may already want something else.
     if (play != m_play || m_state == State::Stopped)
@@ -94,6 +108,9 @@ void MpvPlayer::handleProperty(const QString &name, const QJsonValue &value)
         m_medium.seeksInCacheOnly = value.toBool();
     } else if (name == "seekable") {
         m_medium.seeks = value.toBool();
+    } else if (name == mediumRatioProperty) {
+        m_medium.ratio = value.toDouble();
+        shapePicture();
     }
 }
 
@@ -112,8 +129,16 @@ void MpvPlayer::handleSilence()
     else
         m_mpv.kill();
     finish(QString("cannot play %1: nothing to show within %2 s")
-               .arg(oneLine(m_medium.url))
+               .arg(oneLine(m_medium.request.url))
                .arg(m_options.startPatienceMs / 1000));
+}
+
+int MpvPlayer::lengthMs() const
+{
+    // What cannot be sought is live; the length that mpv then tells is how much
+    // has come.
+    const bool isLive = !m_medium.seeks || m_medium.seeksInCacheOnly;
+    return isLive ? 0 : m_medium.lengthMs;
 }
 
 void MpvPlayer::reportTracks()
@@ -141,8 +166,6 @@ void MpvPlayer::reportProgress()
         if (play != m_play || m_state == State::Stopped || !answer["data"].isDouble())
             return;
         const int positionMs = millisecondsOf(answer["data"].toDouble());
-        // What cannot be sought is live; the length that mpv then tells is how much has come.
-        const bool isLive = !m_medium.seeks || m_medium.seeksInCacheOnly;
-        emit progress(isLive ? 0 : m_medium.lengthMs, positionMs);
+        emit progress(lengthMs(), positionMs);
     });
 }

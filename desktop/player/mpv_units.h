@@ -11,5 +11,8 @@ int millisecondsOf(double seconds);
 /** ms as a text of seconds, with three digits behind the point. */
 QString secondsText(int ms);
 
+/** Width by height of the medium, as it says itself. */
+constexpr const char mediumRatioProperty[] = "video-dec-params/aspect";
+
 constexpr const char *observedProperties[] = {"track-list", "duration", "seekable",
-                                              "partially-seekable"};
+                                              "partially-seekable", mediumRatioProperty};

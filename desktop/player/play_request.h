@@ -7,14 +7,19 @@
 struct PlayRequest
 {
     QString url;
-    int positionMs = 0; ///< Where playback starts, 0 or more.
+    int positionMs = 0;  ///< Where playback starts, 0 or more.
+    int audioPid = 0;    ///< The tracks to start with; 0 leaves the choice to the player.
+    int subtitlePid = 0; ///< The same.
+    int videoPid = 0;    ///< The same.
 };
 
 /**
- * Splits the text of a play command: an ending " position:N" (N whole seconds) is the start and no
- * part of the URL. A negative N starts at 0; an ending without a number belongs to the URL. A word
- * before the URL, such as "auto ", names a way of playing that only some boxes know, and is
- * dropped.
+ * Splits the text of a play command: the name of a solution, such as "auto",
+ * which only some boxes know and which is dropped; the address; and options of
+ * the form "name:value". Those are "position" (whole seconds, a negative number
+ * is the start), "atrack", "strack" and "vtrack" (pids), in any order; others,
+ * and values that are no numbers, are ignored. An address with a scheme ends at
+ * its first blank; a path may hold blanks and ends before the options.
  */
 PlayRequest parsePlayText(const QString &text);
 

@@ -41,6 +41,11 @@ void SimulatedPlayer::play(const PlayRequest &request)
     }
     m_durationMs = simulatedDurationMs(request.url, m_timing.duration);
     m_positionMs = request.positionMs;
+    const auto chosen = [](const std::array<int, 2> &pids, int pid) {
+        return contains(pids, pid) ? pid : pids.front();
+    };
+    m_audioPid = chosen(audioPids, request.audioPid);
+    m_subtitlePid = chosen(subtitlePids, request.subtitlePid);
     m_state = State::Starting;
     m_startTimer.start();
 }
@@ -92,11 +97,13 @@ void SimulatedPlayer::start()
 {
     m_state = State::Playing;
     m_tickTimer.start();
+    // Pages ask for the length when they hear of the start.
+    emit progress(m_durationMs, m_positionMs);
     emit started();
     emit audioTracksChanged(audioTracks);
-    emit audioTrackChanged(audioPids.front());
+    emit audioTrackChanged(m_audioPid);
     emit subtitleTracksChanged(subtitleTracks);
-    emit subtitleTrackChanged(subtitlePids.front());
+    emit subtitleTrackChanged(m_subtitlePid);
     moveTo(m_positionMs);
 }
 

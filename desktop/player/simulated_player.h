@@ -46,4 +46,6 @@ private:
     State m_state = State::Stopped;
     int m_durationMs = 0;
     int m_positionMs = 0;
+    int m_audioPid = 0;
+    int m_subtitlePid = 0;
 };

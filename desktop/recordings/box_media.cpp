@@ -66,7 +66,8 @@ MediaSource mediaSource(const QString &address)
 
 QString networkProtocols()
 {
-    return "http,https,httpproxy,tcp,tls,udp,udplite,rtp,srtp,rtsp,rtmp,rtmpe,rtmps,rtmpt,rtmpte,"
+    return "http,https,httpproxy,tcp,tls,udp,udplite,rtp,srtp,rtsp,rtmp,rtmpe,"
+           "rtmps,rtmpt,rtmpte,"
            "rtmpts,ffrtmphttp,mmsh,mmst,crypto,hls";
 }
 
@@ -74,16 +75,17 @@ QString recordingsFolder() { return boxMedia("/media/recordings"); }
 
 QString recordingFile(const QString &name)
 {
+    if (name.trimmed().isEmpty())
+        return recordingsFolder() + "/recording.ts";
+    if (name.endsWith('/') || name.contains(QChar(0)))
+        return QString();
+    if (QDir::isAbsolutePath(name))
+        return mediaFile(name);
     const QString cleaned = QDir::cleanPath(name);
-    QString file = QFileInfo(cleaned).fileName();
-    if (file.isEmpty() || file == "." || file == "..")
-        file = "recording";
-    if (QFileInfo(file).suffix().isEmpty())
-        file += ".ts";
-    // What is cleaned and absolute has ".." at its beginning or not at all.
-    if (cleaned.startsWith(mediaFolder))
-        return boxMedia(QFileInfo(cleaned).path() + '/' + file);
-    return recordingsFolder() + '/' + file;
+    if (cleaned == "." || cleaned == ".." || cleaned.startsWith("../"))
+        return QString();
+    const bool hasEnding = !QFileInfo(cleaned).suffix().isEmpty();
+    return recordingsFolder() + '/' + cleaned + (hasEnding ? "" : ".ts");
 }
 
 QString recordingTasksFile() { return boxMedia("/home/recordings.json"); }

@@ -30,13 +30,15 @@ MediaSource mediaSource(const QString &address);
  */
 QString networkProtocols();
 
-/** The folder of the recordings on this machine. */
+/** The folder of recordings of which only a name is known, on this machine. */
 QString recordingsFolder();
 
 /**
- * The file on this machine that a recording of this name goes to. A name below "/media/" keeps its
- * folders, of any other only the last part counts; it never leaves the root. A name without an
- * ending gets ".ts", and an empty one becomes "recording.ts".
+ * The file on this machine that a recording of this name goes to. A path below
+ * "/media/" is taken as it is, any other absolute path is not allowed. Other
+ * names are below the folder of the recordings and must not leave it; without
+ * an ending they get ".ts", and an empty one is "recording.ts". What is not
+ * allowed gives an empty text.
  */
 QString recordingFile(const QString &name);
 

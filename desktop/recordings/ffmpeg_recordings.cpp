@@ -91,17 +91,8 @@ int FfmpegRecordings::create(const RecordingTask &task)
     RecordingTask added = task;
     if (added.startTime.trimmed().isEmpty())
         added.startTime = QString::number(now());
-    if (!recordingTime(added.startTime) || !recordingTime(added.endTime)) {
-        emit message(QString("cannot record: \"%1\" to \"%2\" is no time of the form seconds since "
-                             "1970, ISO 8601 or YYYY-MM-DD hh:mm:ss")
-                         .arg(task.startTime, task.endTime));
-        return RecordingError::badArgument;
-    }
-    const MediaSource source = mediaSource(added.url);
-    if (!source.refusal.isEmpty()) {
-        emit message(QString("cannot record %1: %2").arg(oneLine(added.url), source.refusal));
-        return RecordingError::badArgument;
-    }
+    if (const int error = refusal(added); error != RecordingError::none)
+        return error;
     const int id = m_tasks.create(added);
     if (id > 0) {
         save();
@@ -110,13 +101,45 @@ int FfmpegRecordings::create(const RecordingTask &task)
     return id;
 }
 
+int FfmpegRecordings::refusal(const RecordingTask &task)
+{
+    const auto refuse = [this](int error, const QString &reason) {
+        emit message("cannot record: " + reason);
+        return error;
+    };
+    if (!recordingTime(task.startTime) || !recordingTime(task.endTime))
+        return refuse(RecordingError::badArgument,
+                      QString("\"%1\" to \"%2\" is no time of the form seconds "
+                              "since 1970, ISO 8601 "
+                              "or YYYY-MM-DD hh:mm:ss")
+                          .arg(task.startTime, task.endTime));
+    if (endOf(task) <= now())
+        return refuse(RecordingError::wrongDuration, "its end is in the past");
+    const MediaSource source = mediaSource(task.url);
+    if (!source.refusal.isEmpty())
+        return refuse(RecordingError::addressNotOpened,
+                      oneLine(task.url) + ", because " + source.refusal);
+    const QString path = recordingFile(task.fileName);
+    if (path.isEmpty())
+        return refuse(RecordingError::wrongFileName,
+                      oneLine(task.fileName) + " is no file below /media/");
+    const auto isSameFile = [&path](const RecordingTask &other) {
+        return isOpen(other) && !other.fileName.isEmpty() && recordingFile(other.fileName) == path;
+    };
+    const bool isTaken = std::any_of(m_tasks.all().begin(), m_tasks.all().end(), isSameFile);
+    if (!task.fileName.trimmed().isEmpty() && (isTaken || QFileInfo::exists(path)))
+        return refuse(RecordingError::fileExists, oneLine(task.fileName) + " exists already");
+    return RecordingError::none;
+}
+
 int FfmpegRecordings::remove(int id, RemoveType type)
 {
     const auto task = m_tasks.byId(id);
     if (!task)
         return RecordingError::noSuchTask;
     endRecorder(id);
-    if (type == RemoveType::TaskAndFile) {
+    const bool isUnfinished = task->state != RecordingState::Finished;
+    if (type == RemoveType::EveryFile || (type == RemoveType::UnfinishedFile && isUnfinished)) {
         for (const QString &file : task->files) {
             const QString path = BoxPaths::root() + file;
             if (QFileInfo::exists(path) && !QFile::remove(path))
@@ -194,17 +217,17 @@ void FfmpegRecordings::carryOut()
 void FfmpegRecordings::begin(const RecordingTask &task)
 {
     if (endOf(task) <= now()) {
-        fail(task.id, "its end is in the past");
+        fail(task.id, RecordingError::wrongDuration, "its end is in the past");
         return;
     }
     const MediaSource source = mediaSource(task.url);
     if (!source.refusal.isEmpty()) {
-        fail(task.id, source.refusal);
+        fail(task.id, RecordingError::addressNotOpened, source.refusal);
         return;
     }
     const QString path = makeFile(recordingFile(task.fileName));
     if (path.isEmpty()) {
-        fail(task.id,
+        fail(task.id, RecordingError::fileNotOpened,
              "no file can be made for it in " + QFileInfo(recordingFile(task.fileName)).path());
         return;
     }
@@ -230,21 +253,29 @@ void FfmpegRecordings::noteStart(int id)
 
 void FfmpegRecordings::noteEnd(int id, const QString &failure)
 {
-    if (m_recorders.find(id) == m_recorders.end())
+    const auto recorder = m_recorders.find(id);
+    if (recorder == m_recorders.end())
         return;
+    const bool hasRecorded = recorder->second->hasRecorded();
     endRecorder(id);
     if (!failure.isEmpty()) {
-        fail(id, failure);
+        const bool isFull = failure.contains("No space left");
+        const int incomplete =
+            hasRecorded ? RecordingError::endOfStream : RecordingError::addressNotOpened;
+        fail(id, isFull ? RecordingError::notWritten : incomplete, failure);
         return;
     }
-    m_tasks.setState(id, RecordingState::Finished);
+    const auto task = m_tasks.byId(id);
+    const bool isShort = task && endOf(*task) > now();
+    m_tasks.setState(id, RecordingState::Finished,
+                     isShort ? RecordingError::endOfStream : RecordingError::none);
     save();
     emit finished(id);
 }
 
-void FfmpegRecordings::fail(int id, const QString &reason)
+void FfmpegRecordings::fail(int id, int errorCode, const QString &reason)
 {
-    m_tasks.setState(id, RecordingState::Failed);
+    m_tasks.setState(id, RecordingState::Failed, errorCode);
     save();
     emit message(QString("recording %1 failed: %2").arg(id).arg(reason));
     emit failed(id);

@@ -40,7 +40,8 @@ private:
     void begin(const RecordingTask &task);
     void noteStart(int id);
     void noteEnd(int id, const QString &failure);
-    void fail(int id, const QString &reason);
+    int refusal(const RecordingTask &task);
+    void fail(int id, int errorCode, const QString &reason);
     void endRecorder(int id);
 
     RecorderOptions m_options;

@@ -35,6 +35,9 @@ public:
     /** The file that is recorded into. */
     QString file() const { return m_file; }
 
+    /** Whether anything came. */
+    bool hasRecorded() const { return m_bytes > 0; }
+
     /** Starts recording; what goes wrong comes as finished(), later. */
     void start();
 

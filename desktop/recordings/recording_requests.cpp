@@ -43,10 +43,11 @@ int createRecording(Recordings &recordings, const QByteArray &payload)
 int removeRecording(Recordings &recordings, const QByteArray &payload)
 {
     const QJsonObject request = commandObject(payload);
+    const int type = request["removeType"].toInt();
     // Whoever sends a type that is not known here loses no file by it.
-    const bool withFile = request["removeType"].toInt() == int(RemoveType::TaskAndFile);
+    const bool isKnown = type >= int(RemoveType::TaskOnly) && type <= int(RemoveType::EveryFile);
     return recordings.remove(request["id"].toInt(),
-                             withFile ? RemoveType::TaskAndFile : RemoveType::TaskOnly);
+                             isKnown ? static_cast<RemoveType>(type) : RemoveType::TaskOnly);
 }
 
 int changeRecordingEnd(Recordings &recordings, const QByteArray &payload)

@@ -14,7 +14,7 @@
 /** The new id or an error; one of its texts may have 65,536 characters. */
 int createRecording(Recordings &recordings, const QByteArray &payload);
 
-/** 0 or an error. Remove type 1 takes the file as well, any other only the task. */
+/** 0 or an error. An unknown remove type takes only the task. */
 int removeRecording(Recordings &recordings, const QByteArray &payload);
 
 /** 0 or an error. */

@@ -8,5 +8,6 @@ QJsonObject recordingJson(const RecordingTask &task)
             {"fileName", task.fileName},
             {"startTime", task.startTime},
             {"endTime", task.endTime},
-            {"state", static_cast<int>(task.state)}};
+            {"state", static_cast<int>(task.state)},
+            {"errorCode", task.errorCode}};
 }

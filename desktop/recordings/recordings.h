@@ -13,7 +13,12 @@
 enum class RecordingState { Waiting = 1, Recording = 2, Failed = 3, Finished = 4 };
 
 /** What goes with a task that is removed. The numbers are what portals send. */
-enum class RemoveType { TaskOnly = 0, TaskAndFile = 1 };
+enum class RemoveType {
+    TaskOnly = 0,       ///< Nothing.
+    KeepRecorded = 1,   ///< Nothing either: what was recorded is whole, and under its name.
+    UnfinishedFile = 2, ///< The file of a recording that did not come to its end.
+    EveryFile = 3,      ///< Every file of the task.
+};
 
 /** One recording task. The times are texts of the portal's own and kept as they came. */
 struct RecordingTask
@@ -24,7 +29,9 @@ struct RecordingTask
     QString startTime;
     QString endTime;
     RecordingState state = RecordingState::Waiting;
-    QStringList files; ///< What was recorded so far, as paths of the box. Portals do not see it.
+    int errorCode = 0; ///< One of RecordingError.
+    QStringList files; ///< What was recorded so far, as paths of the box. Portals
+                       ///< do not see it.
 };
 
 /** Whether a task still waits or records. */
@@ -33,16 +40,28 @@ inline bool isOpen(const RecordingTask &task)
     return task.state == RecordingState::Waiting || task.state == RecordingState::Recording;
 }
 
-/** The task as portals read it: id, url, fileName, startTime, endTime and state. */
+/** The task as portals read it: id, url, fileName, startTime, endTime, state,
+ * errorCode. */
 QJsonObject recordingJson(const RecordingTask &task);
 
-/** Integer answers of the recording requests; an id or a success is 0 or more. */
+/**
+ * Integer answers of the recording requests, where an id or a success is 0 or
+ * more, and the errors of tasks. The numbers are what portals read.
+ */
 namespace RecordingError {
 
 constexpr int none = 0;
 constexpr int badArgument = -1;
-constexpr int noSuchTask = -2;
-constexpr int tooMany = -3;
+constexpr int noMemory = -2;
+constexpr int wrongDuration = -3;
+constexpr int noSuchTask = -4;
+constexpr int wrongFileName = -5;
+constexpr int fileExists = -6;
+constexpr int addressNotOpened = -7;
+constexpr int fileNotOpened = -8;
+constexpr int tooMany = -9;
+constexpr int endOfStream = -10;
+constexpr int notWritten = -11;
 
 } // namespace RecordingError
 

@@ -1,47 +1,53 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/storage_information.h"
 
+#include "platform/box_paths.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 #include <QStorageInfo>
 
 namespace {
 
-QString labelOf(const QStorageInfo &volume)
+enum class MediaType { Inside = 1, Usb = 2 };
+
+/** A number that a disk of this name always has. */
+QString serialNumber(const QString &name)
 {
-    if (volume.isRoot())
-        return "System";
-    return volume.name().isEmpty() ? volume.rootPath().section('/', -1) : volume.name();
+    const QByteArray hash = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Md5);
+    return QString::fromLatin1(hash.toHex().left(12).toUpper());
 }
 
-QJsonObject volumeJson(const QStorageInfo &volume)
+QJsonObject diskJson(const QFileInfo &folder)
 {
-    return {{"label", labelOf(volume)},
-            {"mountPath", volume.rootPath()},
+    const QString name = folder.fileName();
+    const bool isUsb = name.startsWith("usb", Qt::CaseInsensitive);
+    const QStorageInfo volume(folder.canonicalFilePath());
+    return {{"sn", serialNumber(name)},
+            {"vendor", "Vesprel"},
+            {"model", isUsb ? "USB disk" : "Disk"},
+            {"label", name},
+            {"partitionNum", 1},
+            {"mountPath", "/media/" + name},
+            {"mediaType", int(isUsb ? MediaType::Usb : MediaType::Inside)},
             {"size", volume.bytesTotal()},
-            {"freeSize", volume.bytesAvailable()}};
-}
-
-bool isDisk(const QStorageInfo &volume)
-{
-    return volume.isReady() && volume.bytesTotal() > 0 && volume.device().startsWith("/dev/");
+            {"freeSize", volume.bytesAvailable()},
+            {"isReadOnly", volume.isReadOnly() || !folder.isWritable()}};
 }
 
 } // namespace
 
 QString storageInformation()
 {
-    const QStorageInfo root = QStorageInfo::root();
-    QJsonArray volumes = {volumeJson(root)};
-    QSet<QByteArray> devices = {root.device()};
-    const QList<QStorageInfo> mounted = QStorageInfo::mountedVolumes();
-    for (const QStorageInfo &volume : mounted) {
-        if (!isDisk(volume) || devices.contains(volume.device()))
-            continue;
-        devices.insert(volume.device());
-        volumes.append(volumeJson(volume));
-    }
-    return QString::fromUtf8(QJsonDocument(volumes).toJson(QJsonDocument::Compact));
+    QJsonArray disks;
+    const QDir media(BoxPaths::root() + "/media");
+    const QFileInfoList folders =
+        media.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo &folder : folders)
+        disks.append(diskJson(folder));
+    return QString::fromUtf8(QJsonDocument(disks).toJson(QJsonDocument::Compact));
 }

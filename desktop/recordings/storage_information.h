@@ -4,8 +4,9 @@
 #include <QString>
 
 /**
- * The storage of this machine as portals read it: the text of a JSON array of objects with label,
- * mountPath, size and freeSize (bytes). The root comes first; file systems that only exist in
- * memory are left out, and a device that is mounted several times is listed once.
+ * The disks of the box as the JSON array text that portals read: each folder of
+ * "/media" is one, with sn, vendor, model, label, partitionNum, mountPath (a
+ * path of the box), mediaType (1 a disk inside, 2 on USB), size and freeSize
+ * (bytes) and isReadOnly. No disk of this machine is among them.
  */
 QString storageInformation();

@@ -39,6 +39,7 @@ RecordingTask taskOf(const QJsonObject &object)
     if (state >= int(RecordingState::Waiting) && state <= int(RecordingState::Finished))
         task.state = static_cast<RecordingState>(state);
     const QJsonArray files = object["files"].toArray();
+    task.errorCode = object["errorCode"].toInt();
     for (const auto &file : files)
         task.files += file.toString();
     return task;
@@ -72,13 +73,16 @@ QJsonObject TaskList::toJson() const
 
 int TaskList::create(const RecordingTask &task)
 {
-    if (task.url.isEmpty() || endsBeforeItStarts(task.startTime, task.endTime))
+    if (task.url.isEmpty())
         return RecordingError::badArgument;
+    if (endsBeforeItStarts(task.startTime, task.endTime))
+        return RecordingError::wrongDuration;
     if (openTasks() >= m_maximumCount || m_nextId == noMoreIds)
         return RecordingError::tooMany;
     RecordingTask added = task;
     added.id = m_nextId++;
     added.state = RecordingState::Waiting;
+    added.errorCode = RecordingError::none;
     added.files.clear();
     m_tasks.append(added);
     return added.id;
@@ -98,8 +102,10 @@ int TaskList::changeEndTime(int id, const QString &endTime)
     const int index = indexOf(id);
     if (index < 0)
         return RecordingError::noSuchTask;
-    if (endTime.isEmpty() || endsBeforeItStarts(m_tasks[index].startTime, endTime))
+    if (endTime.isEmpty())
         return RecordingError::badArgument;
+    if (endsBeforeItStarts(m_tasks[index].startTime, endTime))
+        return RecordingError::wrongDuration;
     m_tasks[index].endTime = endTime;
     return RecordingError::none;
 }
@@ -112,11 +118,13 @@ int TaskList::setMaximumCount(int count)
     return RecordingError::none;
 }
 
-void TaskList::setState(int id, RecordingState state)
+void TaskList::setState(int id, RecordingState state, int errorCode)
 {
     const int index = indexOf(id);
-    if (index >= 0)
-        m_tasks[index].state = state;
+    if (index < 0)
+        return;
+    m_tasks[index].state = state;
+    m_tasks[index].errorCode = errorCode;
 }
 
 void TaskList::addFile(int id, const QString &file)

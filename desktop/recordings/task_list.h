@@ -30,8 +30,8 @@ public:
     /** Limits the tasks that wait or record at a time, 1 or more; those that are there stay. */
     int setMaximumCount(int count);
 
-    /** Notes where a task stands; an unknown id is ignored. */
-    void setState(int id, RecordingState state);
+    /** Notes where a task stands, and its error; an unknown id is ignored. */
+    void setState(int id, RecordingState state, int errorCode = RecordingError::none);
 
     /** Notes a file of a task, or forgets one; an unknown id is ignored. */
     void addFile(int id, const QString &file);

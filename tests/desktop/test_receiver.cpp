@@ -15,7 +15,6 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
-#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -200,7 +199,7 @@ private slots:
         QTest::addColumn<int>("type");
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QByteArray>("answer");
-        const QByteArray task = "{\"endTime\":\"20\",\"fileName\":\"a.ts\",\"id\":1,"
+        const QByteArray task = "{\"endTime\":\"20\",\"errorCode\":0,\"fileName\":\"a.ts\",\"id\":1,"
                                 "\"startTime\":\"10\",\"state\":1,\"url\":\"/\u00e9\"}";
         const auto row = [](const char *name, int type, const QByteArray &json, const char *hex,
                             const QByteArray &text = {}) {
@@ -209,16 +208,16 @@ private slots:
         row("create", 1903, "{\"url\":\"/b\"}", "3ade68b1 000003fb 00000004 00000002");
         row("create from junk", 1903, "junk", "3ade68b1 000003fb 00000004 ffffffff");
         row("create backwards", 1903, R"({"url":"/b","startTime":"20","endTime":"10"})",
-            "3ade68b1 000003fb 00000004 ffffffff");
+            "3ade68b1 000003fb 00000004 fffffffd");
         row("remove", 1904, R"({"id":1,"removeType":0})", "3ade68b1 000003fc 00000004 00000000");
-        row("remove nothing", 1904, "{}", "3ade68b1 000003fc 00000004 fffffffe");
+        row("remove nothing", 1904, "{}", "3ade68b1 000003fc 00000004 fffffffc");
         row("change end", 1905, R"({"endTime":"90","id":1})",
             "3ade68b1 000003fd 00000004 00000000");
         row("change end of unknown", 1905, R"({"endTime":"90","id":2})",
-            "3ade68b1 000003fd 00000004 fffffffe");
-        row("by id", 1906, R"({"id":1})", "3ade68b1 000003fe 00000050", task);
+            "3ade68b1 000003fd 00000004 fffffffc");
+        row("by id", 1906, R"({"id":1})", "3ade68b1 000003fe 0000005e", task);
         row("by unknown id", 1906, R"({"id":9})", "3ade68b1 000003fe 00000002", "{}");
-        row("by ids", 1907, R"({"idList":"[7,1]"})", "3ade68b1 000003ff 00000052",
+        row("by ids", 1907, R"({"idList":"[7,1]"})", "3ade68b1 000003ff 00000060",
             "[" + task + "]");
         row("by one id 20,000 times", 1907,
             "{\"idList\":\"" + QByteArray("1 ").repeated(20000) + "\"}",
@@ -228,7 +227,7 @@ private slots:
         row("by no ids", 1907, "", "3ade68b1 000003ff 00000002", "[]");
         row("maximum", 1908, R"({"maxCnt":1})", "3ade68b1 00000400 00000004 00000000");
         row("maximum of none", 1908, R"({"maxCnt":0})", "3ade68b1 00000400 00000004 ffffffff");
-        row("all", 1909, "", "3ade68b1 00000401 00000052", "[" + task + "]");
+        row("all", 1909, "", "3ade68b1 00000401 00000060", "[" + task + "]");
     }
 
     /** One request each, to a receiver that keeps one task. */
@@ -256,7 +255,7 @@ private slots:
         link.command(1905, R"({"endTime":"90","id":1})");
         link.command(1908, R"({"maxCnt":1})");
         link.command(1903, R"({"url":"/b"})");
-        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fb 00000004 fffffffd"))); // No room.
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fb 00000004 fffffff7"))); // No room.
         QCOMPARE(link.recordings.all().size(), 1);
         QCOMPARE(link.recordings.byId(1)->url, QString::fromUtf8("/\u00e9"));
         QCOMPARE(link.recordings.byId(1)->endTime, "90");
@@ -264,18 +263,39 @@ private slots:
         QTRY_VERIFY(link.recordings.all().isEmpty());
     }
 
-    void storageListsTheRoot()
+    /** The box's disks are the folders of its media folder, under the names that it has for them. */
+    void storageListsTheDisks()
     {
-        if (QStorageInfo::root().rootPath() != "/")
-            QSKIP("\"/\" is no mount point here, as in a chroot");
         Link link;
+        QVERIFY(QDir(BoxPaths::root()).mkpath("media/usb1/films"));
+        QVERIFY(QDir(BoxPaths::root()).mkpath("media/disk"));
         link.commander.write(bytes("3ade68b1 0000076e 00000000"));
         QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f8")) && link.received.endsWith("]"));
-        const QJsonObject root =
-            QJsonDocument::fromJson(link.received.mid(12)).array().first().toObject();
-        QCOMPARE(root["mountPath"].toString(), "/");
-        QVERIFY(root["size"].toDouble() >= root["freeSize"].toDouble());
-        QVERIFY(root["size"].toDouble() > 0 && !root["label"].toString().isEmpty());
+        const QJsonArray disks = QJsonDocument::fromJson(link.received.mid(12)).array();
+        QCOMPARE(disks.size(), 2);
+        const QJsonObject usb = disks[1].toObject();
+        QCOMPARE(usb.keys().join(' '), QString("freeSize isReadOnly label mediaType model mountPath "
+                                               "partitionNum size sn vendor"));
+        QCOMPARE(usb["mountPath"].toString(), "/media/usb1");
+        QCOMPARE(usb["mediaType"].toInt(), 2);
+        QVERIFY(usb["freeSize"].toDouble() > 0 && usb["freeSize"].toDouble() < usb["size"].toDouble());
+    }
+
+    /** Each program hears of the portal once, and again when it asks for the previous site. */
+    void portalIsAnnounced()
+    {
+        Link link;
+        link.receiver.setPortal("http://a/b");
+        const QByteArray announcement = bytes("3ade68b1 000003e8 0000000a") + "http://a/b";
+        link.command(1200, bytes("00000500"));
+        QTRY_VERIFY(link.heard(announcement));
+        link.command(1200, bytes("00000780"));
+        link.command(1901, {});
+        QTRY_COMPARE((link.heard(announcement), link.received.count(announcement)), 2);
+        link.command(1911, {}); // And stand-by goes off and on again.
+        link.command(1911, {});
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 00000405 00000000 3ade68b1 00000406 00000000")));
+        QCOMPARE(link.received.count(announcement), 2);
     }
 
     void consoleNotesTheStateOfRecordings()

@@ -5,9 +5,14 @@ var RecordingTasks = (function () {
 
     var stateNames = ['unknown', 'waiting', 'recording', 'failed', 'finished'];
     var refusals = {
-        '-1': 'no answer, or an end that is not after the start',
-        '-2': 'there is no such task',
-        '-3': 'too many tasks wait or record'
+        '-1': 'no answer, or a wrong parameter',
+        '-3': 'the end is not after the start',
+        '-4': 'there is no such task',
+        '-5': 'no recording can have this file name',
+        '-6': 'a file of this name exists',
+        '-7': 'the box cannot open this address',
+        '-8': 'the box cannot open this file',
+        '-9': 'too many tasks wait or record'
     };
 
     function seconds(time) {
@@ -25,7 +30,7 @@ var RecordingTasks = (function () {
 
     return {
         removeTask: 0,
-        removeTaskAndFile: 1,
+        removeTaskAndFile: 3,
         /* All tasks in the order of their making. */
         all: function () {
             var tasks = Box.parse(Box.recordings('GetAllTasks'), []);

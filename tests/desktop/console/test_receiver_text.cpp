@@ -119,9 +119,15 @@ private slots:
         QTest::newRow("no address") << " position:0"
                                     << "" << 0;
         QTest::newRow("twice") << "/a position:1 position:2"
-                               << "/a position:1" << 2000;
-        QTest::newRow("no number") << "/a position:"
-                                   << "/a position:" << 0;
+                               << "/a" << 2000;
+        QTest::newRow("no number") << "/a position:x position:"
+                                   << "/a" << 0;
+        QTest::newRow("any order") << "auto http://a/b.ts?c=1 vtrack:1 foo:bar atrack:258 position:90"
+                                   << "http://a/b.ts?c=1" << 90000;
+        QTest::newRow("other words") << "http://a/b.ts live=1 position:90"
+                                     << "http://a/b.ts" << 90000;
+        QTest::newRow("blank in a name, options") << "/media/my film 2.ts strack:3 position:90"
+                                                  << "/media/my film 2.ts" << 90000;
         QTest::newRow("not at the end") << "/a position:1/b"
                                         << "/a position:1/b" << 0;
         QTest::newRow("solution") << "auto /media/a.ts position:1"
@@ -140,6 +146,14 @@ private slots:
         const PlayRequest request = parsePlayText(text);
         QTEST(request.url, "url");
         QTEST(request.positionMs, "positionMs");
+    }
+
+    void playTextTracks()
+    {
+        const PlayRequest request = parsePlayText("auto /a strack:3 vtrack:1 atrack:258 atrack:x");
+        QCOMPARE(request.audioPid, 258);
+        QCOMPARE(request.subtitlePid, 3);
+        QCOMPARE(request.videoPid, 1);
     }
 
     void scripts_data()

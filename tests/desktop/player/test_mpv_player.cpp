@@ -14,6 +14,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -81,6 +82,10 @@ private slots:
     void playsToTheEnd()
     {
         Player player;
+        // Pages ask for the length when they hear of the start.
+        int lengthAtStart = 0;
+        connect(&player.mpv, &MediaPlayer::started, this,
+                [&] { lengthAtStart = player.progress.value(0).value(0).toInt(); });
         player.mpv.play({"/media/clip.ts?duration=9", 0}); // A path of the box.
         QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
         QCOMPARE(player.started.count(), 1);
@@ -89,9 +94,10 @@ private slots:
                  QString("[{\"lang\":[\"eng\",\"en\"],\"pid\":257},"
                          "{\"lang\":[\"deu\",\"de\",\"ger\"],\"pid\":258}]"));
         QCOMPARE(player.audioTrack.last().first().toInt(), 257);
-        QCOMPARE(player.subtitleTracks.last().first().toString(), QString("[]"));
+        QCOMPARE(player.subtitleTracks.count(), 0); // There were none, and there are none.
         const int total = player.progress.last()[0].toInt();
         QVERIFY2(total > 1900 && total < 2200, qPrintable(QString::number(total)));
+        QCOMPARE(lengthAtStart, total);
         QVERIFY(player.progress.count() > 5);
         const auto earlier = [](const QVariantList &a, const QVariantList &b) {
             return a[1].toInt() < b[1].toInt();
@@ -169,6 +175,76 @@ private slots:
         QCOMPARE(player.audioTrack.last().first().toInt(), english);
         player.mpv.showSubtitles(true);
         QTRY_VERIFY(player.subtitleTrack.last().first().toInt() > 0);
+    }
+
+    /** What is chosen for one play is forgotten by the next, which starts with its own tracks. */
+    void choicesBelongToOnePlay()
+    {
+        Player player;
+        PlayRequest request = {"/media/long.mkv"};
+        player.mpv.play(request);
+        QTRY_COMPARE_WITH_TIMEOUT(player.subtitleTrack.count(), 1, patienceMs);
+        QCOMPARE(player.subtitleTracks.count(), 1);
+        const auto tracks = [](const QSignalSpy &lists) {
+            return QJsonDocument::fromJson(lists.last().first().toByteArray()).array();
+        };
+        const int first = player.audioTrack.last().first().toInt();
+        request.audioPid = tracks(player.audioTracks)[1].toObject()["pid"].toInt();
+        QVERIFY(first != request.audioPid);
+        player.mpv.play(request);
+        QTRY_COMPARE_WITH_TIMEOUT(player.audioTracks.count(), 2, patienceMs);
+        QTRY_COMPARE(player.audioTrack.last().first().toInt(), request.audioPid);
+        player.mpv.play({clip()});
+        QTRY_COMPARE_WITH_TIMEOUT(player.audioTrack.last().first().toInt(), 257, patienceMs);
+        // The page still has the list of the medium before.
+        QTRY_COMPARE(player.subtitleTracks.last().first().toString(), QString("[]"));
+        player.mpv.play({clip()});
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 4, patienceMs);
+        QTRY_VERIFY(player.position() > 0);
+        QCOMPARE(player.subtitleTracks.count(), 3);
+    }
+
+    void pictureStays()
+    {
+        QProcess ffmpeg;
+        ffmpeg.start("ffmpeg", {"-loglevel", "error", "-y", "-i", clip(), "-frames:v", "1",
+                                m_root.path() + "/media/a.png"});
+        QVERIFY(ffmpeg.waitForFinished() && ffmpeg.exitCode() == 0);
+        Player player;
+        player.mpv.play({"/media/a.png"});
+        QTRY_COMPARE_WITH_TIMEOUT(player.started.count(), 1, patienceMs);
+        QVERIFY(!player.ended.wait(2500)); // mpv shows a picture for a second by itself.
+        player.mpv.stop();
+        QCOMPARE(player.ended.count(), 0);
+    }
+
+    void pictureShapes_data()
+    {
+        QTest::addColumn<int>("aspect");
+        QTest::addColumn<double>("mediumRatio");
+        QTest::addColumn<double>("ratio");
+        QTest::addColumn<bool>("keepsRatio");
+        QTest::addColumn<double>("panscan");
+        QTest::newRow("exploded") << 0x00 << 4.0 / 3 << 0.0 << false << 0.0;
+        QTest::newRow("standard") << 1 << 16.0 / 9 << 4.0 / 3 << true << 0.0;
+        QTest::newRow("wide") << 2 << 4.0 / 3 << 16.0 / 9 << true << 0.0;
+        QTest::newRow("fit") << 0x10 << 4.0 / 3 << 0.0 << true << 0.0;
+        QTest::newRow("combined") << 0x30 << 4.0 / 3 << 0.0 << true << 0.5;
+        QTest::newRow("big") << 0x40 << 4.0 / 3 << 0.0 << true << 1.0;
+        QTest::newRow("optimal") << 0x50 << 1.0 << 4.0 / 3 << true << 1.0;
+        QTest::newRow("optimal, unknown") << 0x50 << 0.0 << 0.0 << true << 1.0;
+        QTest::newRow("shape of the TV") << 0x13 << 4.0 / 3 << 0.0 << true << 0.0;
+        QTest::newRow("unknown") << -1 << 4.0 / 3 << 0.0 << true << 0.0;
+    }
+
+    void pictureShapes()
+    {
+        QFETCH(int, aspect);
+        QFETCH(double, mediumRatio);
+        const PictureShape shape = pictureShape(static_cast<Aspect>(aspect), mediumRatio);
+        QTEST(shape.ratio, "ratio");
+        QTEST(shape.keepsRatio, "keepsRatio");
+        QTEST(shape.panscan, "panscan");
     }
 
     void whatCannotBePlayed_data()

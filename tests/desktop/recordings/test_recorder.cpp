@@ -120,6 +120,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(run.finished.count(), 1, patienceMs);
         QCOMPARE(run.finished.first().first().toInt(), id);
         QVERIFY(run.state(id) == RecordingState::Finished);
+        QCOMPARE(run.recordings.byId(id)->errorCode, -10); // The source ended before the task.
         QCOMPARE(run.started.count(), 1);
         QVERIFY(QFileInfo(recordingsFolder() + "/a.ts").size() > m_clip.size() / 2);
         QCOMPARE(run.failed.count(), 0);
@@ -153,16 +154,14 @@ private slots:
         const int id = run.record(channel.url(), "", 1, 60);
         QVERIFY(run.state(id) == RecordingState::Waiting);
         QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 1, patienceMs);
-        const int second = run.record(channel.url(), "/media/clip.ts", 0, 60);
+        const int second = run.record(channel.url(), "/media/usb1/films/a film", 0, 60);
         QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 2, patienceMs);
         const QString end = inSeconds(1);
         QCOMPARE(run.recordings.changeEndTime(id, end), 0);
         QTRY_COMPARE_WITH_TIMEOUT(run.finished.count(), 1, patienceMs);
         QVERIFY(QDateTime::currentSecsSinceEpoch() >= end.toLongLong());
         QVERIFY(QFileInfo(recordingsFolder() + "/recording.ts").size() > 0);
-        // What was there is not overwritten.
-        QCOMPARE(QFileInfo(m_root->path() + "/media/clip.ts").size(), m_clip.size());
-        QVERIFY(QFileInfo::exists(m_root->path() + "/media/clip-2.ts"));
+        QVERIFY(QFileInfo(m_root->path() + "/media/usb1/films/a film").size() > 0);
         QVERIFY(run.state(second) == RecordingState::Recording);
     }
 
@@ -171,12 +170,12 @@ private slots:
         QTest::addColumn<QString>("url");
         QTest::addColumn<int>("end");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("end in the past") << "/media/clip.ts" << -5 << "past";
-        QTest::newRow("no file") << "/media/missing.ts" << 60 << "No such file";
-        QTest::newRow("no server") << "http://127.0.0.1:1/a.ts" << 60 << "refused";
-        QTest::newRow("silent server") << "SILENT" << 60 << "nothing came";
-        QTest::newRow("full disk") << "/media/clip.ts" << 60 << "No space left";
-        QTest::newRow("no folder") << "/media/clip.ts" << 60 << "no file can be made";
+        QTest::addColumn<int>("code");
+        QTest::newRow("no file") << "/media/missing.ts" << 60 << "No such file" << -7;
+        QTest::newRow("no server") << "http://127.0.0.1:1/a.ts" << 60 << "refused" << -7;
+        QTest::newRow("silent server") << "SILENT" << 60 << "nothing came" << -7;
+        QTest::newRow("full disk") << "/media/clip.ts" << 60 << "No space left" << -11;
+        QTest::newRow("no folder") << "/media/clip.ts" << 60 << "no file can be made" << -8;
     }
 
     void failures()
@@ -184,6 +183,7 @@ private slots:
         QFETCH(QString, url);
         QFETCH(int, end);
         QFETCH(QString, reason);
+        QFETCH(int, code);
         const Channel silent{QByteArray()};
         RecorderOptions options;
         if (url == "SILENT") {
@@ -202,6 +202,7 @@ private slots:
         QCOMPARE(run.failed.first().first().toInt(), id);
         QVERIFY2(run.lastMessage().contains(reason), qPrintable(run.lastMessage()));
         QVERIFY(run.state(id) == RecordingState::Failed);
+        QCOMPARE(recordingJson(*run.recordings.byId(id))["errorCode"].toInt(), code);
         QCOMPARE(run.finished.count(), 0);
         QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a.ts")); // No empty file stays.
     }
@@ -227,7 +228,7 @@ private slots:
         QCOMPARE(run.record(channel.url(), "c.ts", 0, 60), RecordingError::tooMany);
         QCOMPARE(run.recordings.remove(waiting, RemoveType::TaskOnly), 0);
         QVERIFY(run.record(channel.url(), "c.ts", 0, 60) > waiting); // Numbers are not used again.
-        QCOMPARE(run.recordings.remove(recording, RemoveType::TaskAndFile), 0);
+        QCOMPARE(run.recordings.remove(recording, RemoveType::EveryFile), 0);
         QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a.ts"));
         QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a-2.ts"));
     }
@@ -312,14 +313,38 @@ private slots:
         Run run;
         const int kept = run.record("/media/clip.ts", "kept.ts", 0, 60);
         const int taken = run.record("/media/clip.ts", "taken.ts", 0, 60);
-        QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 2, patienceMs);
+        const int stopped = run.record("/media/clip.ts", "stopped.ts", 0, 60);
+        const int dropped = run.record("/media/clip.ts", "dropped.ts", 0, 60);
+        QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 4, patienceMs);
+        QCOMPARE(run.recordings.remove(stopped, RemoveType::KeepRecorded), 0);
+        QCOMPARE(run.recordings.remove(dropped, RemoveType::UnfinishedFile), 0);
+        QVERIFY(QFileInfo(recordingsFolder() + "/stopped.ts").size() > 0);
+        QVERIFY(!QFileInfo::exists(recordingsFolder() + "/dropped.ts"));
         QCOMPARE(run.recordings.remove(kept, RemoveType::TaskOnly), 0);
-        QCOMPARE(run.recordings.remove(taken, RemoveType::TaskAndFile), 0);
+        QCOMPARE(run.recordings.remove(taken, RemoveType::EveryFile), 0);
         QVERIFY(QFileInfo(recordingsFolder() + "/kept.ts").size() > 0);
         QVERIFY(!QFileInfo::exists(recordingsFolder() + "/taken.ts"));
         QVERIFY(!run.finished.wait(200)); // Who removes a task wants no event of it.
         QCOMPARE(run.failed.count(), 0);
         QCOMPARE(run.recordings.remove(taken, RemoveType::TaskOnly), RecordingError::noSuchTask);
+    }
+
+    /** The codes are those that portals know. */
+    void creationsThatFail()
+    {
+        Run run;
+        QVERIFY(run.record("/media/clip.ts", "a.ts", 100, 200) > 0);
+        QCOMPARE(run.record("", "b.ts", 0, 60), -7);
+        QCOMPARE(run.record("/etc/hostname", "b.ts", 0, 60), -7);
+        QCOMPARE(run.record("/media/clip.ts", "b.ts", -60, -5), -3);
+        QCOMPARE(run.record("/media/clip.ts", "b.ts", 60, 50), -3);
+        QCOMPARE(run.record("/media/clip.ts", "/etc/b.ts", 0, 60), -5);
+        QCOMPARE(run.record("/media/clip.ts", "a.ts", 0, 60), -6); // Another task's name.
+        QCOMPARE(run.record("/media/clip.ts", "/media/clip.ts", 0, 60), -6);
+        QCOMPARE(QFileInfo(m_root->path() + "/media/clip.ts").size(), m_clip.size());
+        QCOMPARE(run.recordings.remove(99, RemoveType::TaskOnly), -4);
+        QCOMPARE(run.recordings.setMaximumCount(1), 0);
+        QCOMPARE(run.record("/media/clip.ts", "b.ts", 0, 60), -9);
     }
 
     void unreadableTimesAreRefused()
@@ -369,24 +394,26 @@ private slots:
         QTest::newRow("empty") << ""
                                << "/media/recordings/recording.ts";
         QTest::newRow("folder") << "x/y.ts"
-                                << "/media/recordings/y.ts";
+                                << "/media/recordings/x/y.ts";
         QTest::newRow("absolute") << "/media/usb/y.ts"
                                   << "/media/usb/y.ts";
+        QTest::newRow("absolute, no ending") << "/media/usb/y"
+                                             << "/media/usb/y";
         QTest::newRow("elsewhere") << "/etc/passwd"
-                                   << "/media/recordings/passwd.ts";
+                                   << "";
         QTest::newRow("upwards") << "/media/../etc/passwd"
-                                 << "/media/recordings/passwd.ts";
+                                 << "";
         QTest::newRow("far upwards") << "../../../y.ts"
-                                     << "/media/recordings/y.ts";
+                                     << "";
         QTest::newRow("only upwards") << "/media/.."
-                                      << "/media/recordings/recording.ts";
+                                      << "";
     }
 
     void fileNames()
     {
         QFETCH(QString, name);
         QFETCH(QString, file);
-        QCOMPARE(recordingFile(name), m_root->path() + file);
+        QCOMPARE(recordingFile(name), file.isEmpty() ? QString() : m_root->path() + file);
     }
 
 private:
