@@ -15,7 +15,8 @@ portal. A file name works as URL too. The receiver's console is on this terminal
 commands. Ctrl-C, "quit" or closing the window ends everything.
 
   --screenshot FILE   needs no display: runs everything under Xvfb, plays something, saves a
-                      picture of the screen to FILE (PNG) and ends with 0
+                      picture of the screen to FILE (PNG) and ends with 0, or with 1 and the reason
+                      if the portal did not load or nothing is on the screen
   --player NAME       mpv plays and records for real, simulated only pretends; by default mpv
                       where it is installed
   --script FILE       the receiver runs the commands of FILE: those of its console, and
@@ -255,6 +256,9 @@ start_compositor() {
     children+=($!)
 }
 
+# Whether the announced portal has loaded, and not only the empty page before it.
+has_loaded() { sed '1,/^NewPortal/d' "$scratch/program" | grep -q '^finishLoading true'; }
+
 ready_or_gone() { [ -e "$scratch/ready" ] || ! kill -0 "$1" 2>/dev/null; }
 
 start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
@@ -293,13 +297,21 @@ confine
 if [ -n "$screenshot" ]; then
     start_receiver "$scratch/receiver"
     start_program >"$scratch/program" 2>&1
-    wait_for 30 grep -q '^sent: play start' "$scratch/receiver" ||
-        echo "run.sh: nothing played within 30 seconds; the picture shows what is there" >&2
+    reason=
+    wait_for 30 has_loaded || reason="$address did not load"
+    # The demo plays something; of other portals nobody knows.
+    [ -n "$portal" ] || wait_for 30 grep -q '^sent: play start' "$scratch/receiver" ||
+        reason="nothing played within 30 seconds"
     # The picture shall show that time goes on.
     sleep 3
-    import -window root "$screenshot"
+    import -window root "png:$screenshot" || fail "$screenshot could not be written"
     echo "Saved $screenshot"
-    exit 0
+    [ -n "$reason" ] || [ "$(identify -format %k "png:$screenshot")" -gt 1 ] ||
+        reason="nothing is on the screen"
+    [ -n "$reason" ] || exit 0
+    sed -n 's/^NetworkReplyError: */run.sh: /p' "$scratch/program" | sort -u >&2
+    grep '^cannot ' "$scratch/receiver" >&2 || true
+    fail "$reason; the picture shows what is there"
 fi
 
 remote

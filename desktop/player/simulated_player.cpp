@@ -98,6 +98,7 @@ void SimulatedPlayer::start()
     m_state = State::Playing;
     m_tickTimer.start();
     // Pages ask for the length when they hear of the start.
+    m_positionMs = std::clamp(m_positionMs, 0, lastPosition());
     emit progress(m_durationMs, m_positionMs);
     emit started();
     emit audioTracksChanged(audioTracks);
@@ -113,11 +114,15 @@ void SimulatedPlayer::tick()
     moveTo(m_positionMs + std::min(m_timing.step, room));
 }
 
+int SimulatedPlayer::lastPosition() const
+{
+    return m_durationMs > 0 ? m_durationMs : std::numeric_limits<int>::max();
+}
+
 void SimulatedPlayer::moveTo(int positionMs)
 {
-    const int last = m_durationMs > 0 ? m_durationMs : std::numeric_limits<int>::max();
-    m_positionMs = std::clamp(positionMs, 0, last);
-    const bool atEnd = m_positionMs == last;
+    m_positionMs = std::clamp(positionMs, 0, lastPosition());
+    const bool atEnd = m_positionMs == lastPosition();
     if (atEnd)
         stop();
     emit progress(m_durationMs, m_positionMs);

@@ -38,6 +38,7 @@ private:
 
     void start();
     void tick();
+    int lastPosition() const;
     void moveTo(int positionMs);
 
     SimulatedTiming m_timing;

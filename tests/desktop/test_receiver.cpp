@@ -199,8 +199,9 @@ private slots:
         QTest::addColumn<int>("type");
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QByteArray>("answer");
-        const QByteArray task = "{\"endTime\":\"20\",\"errorCode\":0,\"fileName\":\"a.ts\",\"id\":1,"
-                                "\"startTime\":\"10\",\"state\":1,\"url\":\"/\u00e9\"}";
+        const QByteArray task =
+            "{\"endTime\":\"20\",\"errorCode\":0,\"fileName\":\"a.ts\",\"id\":1,"
+            "\"startTime\":\"10\",\"state\":1,\"url\":\"/\u00e9\"}";
         const auto row = [](const char *name, int type, const QByteArray &json, const char *hex,
                             const QByteArray &text = {}) {
             QTest::newRow(name) << type << json << bytes(hex) + text;
@@ -263,7 +264,8 @@ private slots:
         QTRY_VERIFY(link.recordings.all().isEmpty());
     }
 
-    /** The box's disks are the folders of its media folder, under the names that it has for them. */
+    /** The box's disks are the folders of its media folder, under the names that it has for them.
+     */
     void storageListsTheDisks()
     {
         Link link;
@@ -274,11 +276,13 @@ private slots:
         const QJsonArray disks = QJsonDocument::fromJson(link.received.mid(12)).array();
         QCOMPARE(disks.size(), 2);
         const QJsonObject usb = disks[1].toObject();
-        QCOMPARE(usb.keys().join(' '), QString("freeSize isReadOnly label mediaType model mountPath "
-                                               "partitionNum size sn vendor"));
+        QCOMPARE(usb.keys().join(' '),
+                 QString("freeSize isReadOnly label mediaType model mountPath "
+                         "partitionNum size sn vendor"));
         QCOMPARE(usb["mountPath"].toString(), "/media/usb1");
         QCOMPARE(usb["mediaType"].toInt(), 2);
-        QVERIFY(usb["freeSize"].toDouble() > 0 && usb["freeSize"].toDouble() < usb["size"].toDouble());
+        QVERIFY2(usb["size"].toDouble() > 0 && usb["freeSize"].toDouble() <= usb["size"].toDouble(),
+                 link.received.mid(12));
     }
 
     /** Each program hears of the portal once, and again when it asks for the previous site. */
@@ -321,7 +325,8 @@ private slots:
         const int subtitles = link.received.indexOf(bytes("3ade68b1 000003f5"));
         const int progress =
             link.received.indexOf(bytes("3ade68b1 000003ed 00000008 00000bb8 000003e8"));
-        QVERIFY(start >= 0 && tracks > start && subtitles > tracks && progress > subtitles);
+        // Pages ask for the length when they hear of the start.
+        QVERIFY(progress >= 0 && start > progress && tracks > start && subtitles > tracks);
         QVERIFY(link.heard(bytes("3ade68b1 000003f3 00000004 00001100")));
         QVERIFY(link.heard(bytes("3ade68b1 000003f6 00000004 00001200")));
     }

@@ -46,6 +46,8 @@ var RecordingTasks = (function () {
         /* Records the address from now on, for some minutes; {good, text} tells what came of it. */
         create: function (uri, fileName, minutes) {
             var now = Date.now();
+            /* A file that exists is not recorded into again. */
+            fileName = fileName || 'recording-' + seconds(now) + '.ts';
             return outcome(Box.recordings('CreateTask', uri, fileName, seconds(now),
                 seconds(now + minutes * 60000)), 'Task %1 was created.');
         },

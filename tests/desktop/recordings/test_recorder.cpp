@@ -310,11 +310,12 @@ private slots:
 
     void removingKeepsOrTakesTheFile()
     {
+        const Channel channel(m_clip);
         Run run;
-        const int kept = run.record("/media/clip.ts", "kept.ts", 0, 60);
-        const int taken = run.record("/media/clip.ts", "taken.ts", 0, 60);
-        const int stopped = run.record("/media/clip.ts", "stopped.ts", 0, 60);
-        const int dropped = run.record("/media/clip.ts", "dropped.ts", 0, 60);
+        const int kept = run.record(channel.url(), "kept.ts", 0, 60);
+        const int taken = run.record(channel.url(), "taken.ts", 0, 60);
+        const int stopped = run.record(channel.url(), "stopped.ts", 0, 60);
+        const int dropped = run.record(channel.url(), "dropped.ts", 0, 60);
         QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 4, patienceMs);
         QCOMPARE(run.recordings.remove(stopped, RemoveType::KeepRecorded), 0);
         QCOMPARE(run.recordings.remove(dropped, RemoveType::UnfinishedFile), 0);

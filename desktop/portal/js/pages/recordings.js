@@ -8,7 +8,7 @@
         {kind: 'choice', name: 'entry', label: 'Record', options: Entries.map(function (entry) {
             return {value: entry.uri, label: entry.title};
         })},
-        {kind: 'text', name: 'fileName', label: 'File name', value: 'recording.ts'},
+        {kind: 'text', name: 'fileName', label: 'File name, or none', value: ''},
         {kind: 'choice', name: 'minutes', label: 'From now, for', options: numbers([1, 10, 30, 60, 120], ' min')},
         {kind: 'button', label: 'Create', press: create},
         {kind: 'choice', name: 'most', label: 'At most at a time', options: numbers([1, 2, 5, 100], '')},
