@@ -75,7 +75,7 @@ BoxPrograms findPrograms()
     programs.driver = QCoreApplication::applicationFilePath();
     programs.program = firstOf({"../app/vesprel", "vesprel"});
     programs.receiver = firstOf({"vesprel-receiver", "../vesprel-receiver"});
-    programs.plugins = firstOf({"plugins", "../lib/vesprel/plugins"});
+    programs.plugins = firstOf({"plugins", VESPREL_PLUGIN_DIR});
     programs.keyboardPages =
         firstOf({"../share/vesprel/web/system/keyboard", VESPREL_SOURCE_DIR "/web/keyboard"});
     programs.profiles =

@@ -72,12 +72,16 @@ CommandServer::Answer CommandServer::openWindow(const Request &request)
 {
     QStackedWidget *stack = stackOf(request.view);
     QWidget *before = stack->currentWidget();
-    // As the box opens its favourites, only that the window below stays in front.
-    if (!QMetaObject::invokeMethod(request.view->window(), "WinOpenWebFavorites",
-                                   Q_ARG(QString, "about:blank"), Q_ARG(int, 0)))
-        return error("unsupported operation", "The box has no second window.");
-    auto *opened = qobject_cast<QWebView *>(stack->currentWidget());
+    const int count = stack->count();
+    // As the box opens its favourites, over those that are there, only that the window of the
+    // client stays in front.
+    stack->setCurrentIndex(count - 1);
+    QMetaObject::invokeMethod(request.view->window(), "WinOpenWebFavorites",
+                              Q_ARG(QString, "about:blank"), Q_ARG(int, 0));
+    auto *opened = qobject_cast<QWebView *>(stack->widget(count));
     stack->setCurrentWidget(before);
+    if (!opened)
+        return error("unsupported operation", "The box opened no second window.");
     return value(m_pages.handleOf(opened));
 }
 

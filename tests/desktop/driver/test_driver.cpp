@@ -388,8 +388,13 @@ void TestDriver::favouritesAreAWindow()
 {
     openPage();
     const QString opened = m_client.post("window/new").value.toObject().value("handle").toString();
+    const QString second = m_client.post("window/new").value.toObject().value("handle").toString();
+    QCOMPARE(m_client.get("window/handles").value,
+             QJsonValue(QJsonArray{"portal", opened, second}));
     QCOMPARE(m_client.get("window").value.toString(), QString("portal"));
     QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
+    m_client.post("window", "{\"handle\":\"" + second.toUtf8() + "\"}");
+    m_client.closeWindow();
     const QByteArray handle = R"({"handle":")" + opened.toUtf8() + R"("})";
     QCOMPARE(m_client.post("window", handle).status, 200);
     QCOMPARE(m_client.get("url").value.toString(), QString("about:blank"));
