@@ -107,6 +107,12 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
     if (screen.plane) {
         QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
                          &VideoPlane::setViewport);
+        QObject::connect(&receiver, &Receiver::noticeChanged, screen.notice.get(),
+                         &Notice::setText);
+        QObject::connect(screen.notice.get(), &Notice::keyPressed, &receiver,
+                         &Receiver::leaveNotice);
+        QObject::connect(&receiver, &Receiver::standbyChanged, screen.cover.get(),
+                         &StandbyCover::setVisible);
     }
     printLine(
         stdout,

@@ -8,6 +8,8 @@
 #include "desktop/recordings/recording_requests.h"
 #include "desktop/recordings/storage_information.h"
 
+#include <utility>
+
 Receiver::Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &recordings,
                    QObject *parent)
     : QObject(parent)
@@ -27,7 +29,8 @@ void Receiver::forgetProgram()
     // With nobody left to stop it, playback would go on for ever and report to nobody.
     m_player.stop();
     m_isAnnounced = false;
-    m_isStandby = false;
+    setStandby(false);
+    showNotice(QString(), false);
     m_viewport = {};
     emit viewportChanged(m_viewport);
 }
@@ -124,10 +127,9 @@ constexpr Receiver::CommandHandler Receiver::commandHandlers[] = {
     {Command::PvrSetMaxRecordingCount, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrSetMaxRecordingCount, setMostRecordings(r.m_recordings, p)); }},
     {Command::PvrGetAllTasks,   [](Receiver &r, const QByteArray &)  { r.answer(Command::PvrGetAllTasks, allRecordings(r.m_recordings)); }},
     {Command::Reboot,  [](Receiver &r, const QByteArray &) { r.announcePortal(); }},
-    {Command::Standby, [](Receiver &r, const QByteArray &) { r.toggleStandby(); }},
-    // A PC has no application to start: the printed line is all.
-    {Command::RunApp,  [](Receiver &, const QByteArray &) {}},
-    {Command::Exit,    [](Receiver &, const QByteArray &) {}},
+    {Command::Standby, [](Receiver &r, const QByteArray &) { r.m_server.send(r.m_isStandby ? Event::PowerOn : Event::PowerOff); r.setStandby(!r.m_isStandby); }},
+    {Command::RunApp,  [](Receiver &r, const QByteArray &p) { r.showApplication(commandText(p)); }},
+    {Command::Exit,    [](Receiver &r, const QByteArray &)  { r.showNotice("The portal was left.\n\nPress a key to go back to it.", true); }},
 };
 // clang-format on
 
@@ -158,13 +160,41 @@ void Receiver::announcePortal()
     if (m_portal.isEmpty())
         return;
     m_isAnnounced = true;
+    showNotice(QString(), false);
     m_server.send(Event::NewPortal, m_portal);
 }
 
-void Receiver::toggleStandby()
+void Receiver::setStandby(bool isStandby)
 {
-    m_isStandby = !m_isStandby;
-    m_server.send(m_isStandby ? Event::PowerOff : Event::PowerOn);
+    if (std::exchange(m_isStandby, isStandby) == isStandby)
+        return;
+    m_player.setSilent(isStandby);
+    emit standbyChanged(isStandby);
+}
+
+void Receiver::showNotice(const QString &text, bool hidesPortal)
+{
+    m_isPortalHidden = hidesPortal;
+    emit noticeChanged(text);
+}
+
+void Receiver::showApplication(const QString &name)
+{
+    if (name == "show load page error")
+        showNotice("The portal could not be loaded:\n" + QString::fromUtf8(m_portal) +
+                       "\n\nPress a key to try it again.",
+                   true);
+    else
+        showNotice(QString("A box would show \"%1\" here.\n\nPress a key to go back.").arg(name),
+                   false);
+}
+
+void Receiver::leaveNotice()
+{
+    if (m_isPortalHidden)
+        announcePortal();
+    else
+        showNotice(QString(), false);
 }
 
 void Receiver::setScreenWidth(int width)
@@ -206,8 +236,9 @@ void Receiver::runConsoleCommand(const ConsoleCommand &command)
 void Receiver::sendConsoleEvent(const ConsoleCommand &command)
 {
     switch (command.event) {
-    case Event::PowerOff: m_isStandby = true; break;
-    case Event::PowerOn: m_isStandby = false; break;
+    case Event::PowerOff: setStandby(true); break;
+    case Event::PowerOn: setStandby(false); break;
+    case Event::NewPortal: showNotice(QString(), false); break;
     case Event::PvrRecordingStarted:
         m_recordings.setState(integerAt(command.payload, 0), RecordingState::Recording);
         break;

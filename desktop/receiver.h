@@ -32,6 +32,9 @@ public:
      */
     void setPortal(const QByteArray &url) { m_portal = url; }
 
+    /** Goes back from the receiver's own screen to what was there, or to the portal. */
+    void leaveNotice();
+
     /** Carries out one line of the console. */
     void runConsoleCommand(const ConsoleCommand &command);
 
@@ -45,6 +48,12 @@ signals:
     /** The portal moved the video, or nobody is left who did. */
     void viewportChanged(const Viewport &viewport);
 
+    /** The receiver's own screen shows this text; an empty one ends it. */
+    void noticeChanged(const QString &text);
+
+    /** The box goes to stand-by, or is on again. */
+    void standbyChanged(bool isStandby);
+
 private:
     struct CommandHandler;
     static const CommandHandler commandHandlers[];
@@ -56,7 +65,9 @@ private:
     void setAudioLanguage(int rank, const QByteArray &payload);
     void setSubtitleLanguage(int rank, const QByteArray &payload);
     void announcePortal();
-    void toggleStandby();
+    void setStandby(bool isStandby);
+    void showNotice(const QString &text, bool hidesPortal);
+    void showApplication(const QString &name);
     void setScreenWidth(int width);
     void setVideoArea(const QRect &area);
     void answer(Command request, int number);
@@ -70,6 +81,7 @@ private:
     QByteArray m_portal;
     bool m_isAnnounced = false;
     bool m_isStandby = false;
+    bool m_isPortalHidden = false; ///< Behind the receiver's own screen there is no portal.
     QStringList m_audioLanguages = {QString(), QString()};    ///< The first choice, the second.
     QStringList m_subtitleLanguages = {QString(), QString()}; ///< The same.
 };

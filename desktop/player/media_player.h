@@ -70,6 +70,9 @@ public:
 
     virtual void toggleMute() {}
 
+    /** Without sound, whatever volume and mute are, until this is taken back. */
+    virtual void setSilent(bool) {}
+
 signals:
     /** Progress was reported before. */
     void started();

@@ -182,7 +182,17 @@ void MpvPlayer::changeVolume(int percent)
     setLastingProperty("volume", m_volume);
 }
 
-void MpvPlayer::toggleMute() { setLastingProperty("mute", !m_lasting.value("mute").toBool()); }
+void MpvPlayer::toggleMute()
+{
+    m_isMuted = !m_isMuted;
+    setLastingProperty("mute", m_isMuted || m_isSilent);
+}
+
+void MpvPlayer::setSilent(bool isSilent)
+{
+    m_isSilent = isSilent;
+    setLastingProperty("mute", m_isMuted || m_isSilent);
+}
 
 bool MpvPlayer::startMpv()
 {

@@ -47,6 +47,7 @@ public:
     void setAspect(Aspect aspect) override;
     void changeVolume(int percent) override;
     void toggleMute() override;
+    void setSilent(bool isSilent) override;
 
 private:
     static constexpr const char *noTracks = "[]";
@@ -101,6 +102,8 @@ private:
     QTimer m_tick;
     QHash<QString, QJsonValue> m_lasting; ///< Survives an mpv that is started again.
     int m_volume = 100;
+    bool m_isMuted = false;
+    bool m_isSilent = false;
     Aspect m_aspect = Aspect::Fit;
     PictureShape m_shape;
 

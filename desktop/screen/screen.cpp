@@ -23,6 +23,8 @@ Screen openScreen()
         return screen;
     }
     screen.plane = std::make_unique<VideoPlane>();
+    screen.notice = std::make_unique<Notice>();
+    screen.cover = std::make_unique<StandbyCover>();
     MpvOptions options;
     options.arguments += QString("--wid=%1").arg(screen.plane->videoWindow());
     // Other outputs would open windows of their own.

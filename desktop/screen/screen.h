@@ -3,6 +3,7 @@
 
 #include "desktop/player/media_player.h"
 #include "desktop/receiver_options.h"
+#include "desktop/screen/notice.h"
 #include "desktop/screen/video_plane.h"
 
 #include <QString>
@@ -12,7 +13,9 @@
 /** What plays, and where it is shown. */
 struct Screen
 {
-    std::unique_ptr<VideoPlane> plane; ///< None with a simulated player.
+    std::unique_ptr<VideoPlane> plane;   ///< None with a simulated player.
+    std::unique_ptr<Notice> notice;      ///< The same.
+    std::unique_ptr<StandbyCover> cover; ///< The same.
     std::unique_ptr<MediaPlayer> player;
     QString description;
 };

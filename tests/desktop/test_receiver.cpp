@@ -222,7 +222,7 @@ private slots:
             "[" + task + "]");
         row("by one id 20,000 times", 1907,
             "{\"idList\":\"" + QByteArray("1 ").repeated(20000) + "\"}",
-            "3ade68b1 000003ff 00000052", "[" + task + "]");
+            "3ade68b1 000003ff 00000060", "[" + task + "]");
         row("create of a long address", 1903, "{\"url\":\"" + QByteArray(100000, 'a') + "\"}",
             "3ade68b1 000003fb 00000004 ffffffff");
         row("by no ids", 1907, "", "3ade68b1 000003ff 00000002", "[]");
@@ -296,10 +296,35 @@ private slots:
         link.command(1200, bytes("00000780"));
         link.command(1901, {});
         QTRY_COMPARE((link.heard(announcement), link.received.count(announcement)), 2);
+        QSignalSpy standby(&link.receiver, &Receiver::standbyChanged);
         link.command(1911, {}); // And stand-by goes off and on again.
         link.command(1911, {});
         QTRY_VERIFY(link.heard(bytes("3ade68b1 00000405 00000000 3ade68b1 00000406 00000000")));
+        QCOMPARE(standby.count(), 2);
         QCOMPARE(link.received.count(announcement), 2);
+    }
+
+    /** What the receiver shows by itself; a key brings the portal back where it is gone. */
+    void noticesAreShown()
+    {
+        Link link;
+        link.receiver.setPortal("http://a/b");
+        QSignalSpy notices(&link.receiver, &Receiver::noticeChanged);
+        const QByteArray announcement = bytes("3ade68b1 000003e8 0000000a") + "http://a/b";
+        const auto shown = [&notices] { return notices.last().first().toString(); };
+        link.command(1910, "apps");
+        QTRY_VERIFY(!notices.isEmpty() && shown().contains("\"apps\""));
+        link.receiver.leaveNotice();
+        QCOMPARE(shown(), QString());
+        int announced = 0;
+        for (const int type : {1999, 1910}) {
+            link.command(type, "show load page error");
+            QTRY_VERIFY(shown().contains(type == 1999 ? "was left" : "http://a/b"));
+            link.receiver.leaveNotice();
+            QCOMPARE(shown(), QString());
+            ++announced;
+            QTRY_COMPARE((link.heard(announcement), link.received.count(announcement)), announced);
+        }
     }
 
     void consoleNotesTheStateOfRecordings()
