@@ -17,7 +17,9 @@
 
 namespace {
 
-// A receiver that writes many frames at once may be held up within a header, if not for so long.
+// So many bytes in one read are many frames in one write, which the system may have cut anywhere;
+// the rest of a cut header is then on its way, if not for so long.
+constexpr int burstBytes = 4096;
 constexpr int restMilliseconds = 500;
 
 bool isText(PayloadForm form) { return form == PayloadForm::Latin1 || form == PayloadForm::Utf8; }
@@ -62,10 +64,8 @@ MessageReader::MessageReader(EventQueue &events, AnswerMailbox &answers)
 
 void MessageReader::ReadMessages(QLocalSocket &socket)
 {
-    feedFrom(socket);
-    bool hasRest = true;
+    bool hasRest = feedFrom(socket) >= burstBytes;
     while (!QThread::currentThread()->isInterruptionRequested()) {
-        // A header that only the size of a read has cut is none that the receiver has cut.
         if (hasRest && m_splitter.hasLoneHeaderPiece()) {
             hasRest = socket.waitForReadyRead(restMilliseconds);
             if (hasRest)
@@ -80,10 +80,11 @@ void MessageReader::ReadMessages(QLocalSocket &socket)
     }
 }
 
-void MessageReader::feedFrom(QLocalSocket &socket)
+int MessageReader::feedFrom(QLocalSocket &socket)
 {
     const QByteArray bytes = socket.readAll();
     m_splitter.feed({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    return bytes.size();
 }
 
 void MessageReader::HandleMessage(std::int32_t type, std::string_view payload)

@@ -30,7 +30,8 @@ public:
     void HandleMessage(std::int32_t type, std::string_view payload);
 
 private:
-    void feedFrom(QLocalSocket &socket);
+    /** Feeds the splitter all that can be read; the number of bytes. */
+    int feedFrom(QLocalSocket &socket);
     void handleEvent(const EventRow &row, std::string_view payload);
     void handleAnswer(const AnswerRow &row, std::string_view payload);
     void pushPortal(const ReceivedEvent &event);

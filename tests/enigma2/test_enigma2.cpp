@@ -396,6 +396,22 @@ private slots:
         QCOMPARE(events.take()->text, url);
     }
 
+    /** A header that its peer sent in two pieces is none: the frame before it repeats for good. */
+    void loneHeaderPieceIsNeverCompleted()
+    {
+        connectLink();
+        int starts = 0;
+        int ends = 0;
+        connect(m_link.get(), &Enigma2::OnPlayStart, this, [&starts] { ++starts; });
+        connect(m_link.get(), &Enigma2::OnPlayEnd, this, [&ends] { ++ends; });
+        m_peer->send("3ade68b1000003e900000000"
+                     "3ade68");
+        QTRY_VERIFY(starts > 0);
+        m_peer->send("b1000003ea00000000");
+        QTRY_VERIFY(starts > 1000);
+        QCOMPARE(ends, 0);
+    }
+
     /** Ending is possible while frames pour in, even the endless ones of a lone header piece. */
     void endsUnderLoad()
     {
