@@ -14,8 +14,11 @@ namespace {
 const QColor focusColour("#ffb000");
 
 // Neither style nor palette reach the ground of a closed drop-down list: the style sheet draws it.
-// A ground that differs from the engine's own makes the engine draw the list as a box.
-const char listStyle[] = "select:not([multiple]):not([size]) { background-color: #fefefe; }";
+// A ground that differs from the engine's own makes the engine draw the list as a box, which then
+// needs its mark of the focus from here as well.
+const char listStyle[] = "select:not([multiple]):not([size]) { background-color: #fefefe; }"
+                         "select:not([multiple]):not([size]):focus"
+                         " { outline: 3px solid #ffb000; outline-offset: -3px; }";
 
 const char popupStyle[] =
     "* { background: #ffffff; color: #000000; font-size: %1px; }"
