@@ -46,7 +46,7 @@ const QMap<QString, quint32> &remoteKeys()
         {"favorites", 0xffc8},
         {"applications", 0xffc9},
         {"power", 0x1008ff2a},
-        {"settings", 0x10081243},
+        {"settings", 0},
         {"play", 'r'},
         {"pause", 'r'},
         {"stop", 's'},
@@ -150,7 +150,9 @@ QVector<quint32> usualSymbols()
         if (symbol)
             result += symbol;
     }
-    for (const quint32 symbol : remoteKeys())
-        result += symbol;
+    for (const quint32 symbol : remoteKeys()) {
+        if (symbol)
+            result += symbol;
+    }
     return result;
 }

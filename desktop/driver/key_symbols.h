@@ -18,7 +18,10 @@ Modifier modifierOfKey(const QString &key);
 /** The name by which a key counts as held; the left and the right Shift are both "Shift". */
 QString normalizedKey(const QString &key);
 
-/** X key symbol of a key of the remote by its name, such as "ok" or "red"; none: unknown name. */
+/**
+ * X key symbol of a key of the remote by its name, such as "ok" or "red"; none: unknown name. 0 for
+ * the settings key, which displays have no symbol for.
+ */
 std::optional<quint32> remoteKeySymbol(const QString &name);
 
 /** All names of the remote's keys. */

@@ -24,6 +24,11 @@ QJsonValue Session::pressRemoteKey(const CommandCall &call)
     if (!symbol)
         failArgument("The remote has no key \"" + name + "\", only " + remoteKeyNames().join(", "));
     handlePrompts();
+    if (*symbol == 0) {
+        for (int count = 0; count < times; ++count)
+            ask("pressSettings");
+        return {};
+    }
     const Place where = place();
     const quint8 code = m_box.display().keyFor(*symbol, false);
     for (int count = 0; count < times; ++count) {

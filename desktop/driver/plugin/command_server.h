@@ -83,6 +83,7 @@ private:
     Answer parentFrame(const Request &request);
     Answer place(const Request &request);
     Answer type(const Request &request);
+    Answer pressSettings(const Request &request);
     Answer scroll(const Request &request);
     Answer waitForMark(const Request &request);
     Answer picture(const Request &request);

@@ -50,6 +50,7 @@ const QHash<QString, CommandServer::Method> &CommandServer::methods()
         {"parentFrame", {Nothing, &S::parentFrame}},
         {"place", {OpenFrame, &S::place}},
         {"type", {Loaded, &S::type}},
+        {"pressSettings", {OpenWindow, &S::pressSettings}},
         {"scroll", {OpenFrame, &S::scroll}},
         {"waitForMark", {Nothing, &S::waitForMark}},
         {"picture", {OpenWindow, &S::picture}},

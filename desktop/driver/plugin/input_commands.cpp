@@ -19,6 +19,11 @@
 
 #include <algorithm>
 
+// Of QtGui, as QtTest uses it: a key as it comes from the display.
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
+                                    Qt::KeyboardModifiers modifiers, const QString &text,
+                                    bool autorepeat, ushort count);
+
 namespace {
 
 QJsonObject value(const QJsonValue &result) { return {{"value", result}}; }
@@ -63,6 +68,15 @@ CommandServer::Answer CommandServer::type(const Request &request)
 {
     request.view->setFocus(Qt::OtherFocusReason);
     typeText(*request.view, request.params.value("text").toString());
+    return value({});
+}
+
+CommandServer::Answer CommandServer::pressSettings(const Request &request)
+{
+    QWidget *window = request.view->window();
+    for (const QEvent::Type step : {QEvent::KeyPress, QEvent::KeyRelease})
+        qt_handleKeyEvent(window->windowHandle(), step, Qt::Key_Settings, Qt::NoModifier, {}, false,
+                          1);
     return value({});
 }
 

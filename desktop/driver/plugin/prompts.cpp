@@ -2,11 +2,8 @@
 #include "desktop/driver/plugin/prompts.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QThread>
@@ -23,22 +20,13 @@ namespace {
 
 constexpr int longestEntry = 1000; ///< Characters that a prompt of the box holds at most.
 
-/** A dialog of the box's own: a panel that covers the window. */
-bool isPanel(const QObject &object)
-{
-    return qstrcmp(object.metaObject()->className(), "DialogPanel") == 0;
-}
-
+/** A dialog of the box: a panel that covers the window. */
 bool isPrompt(const QObject *object)
 {
-    const auto *dialog = qobject_cast<const QDialog *>(object);
-    return (dialog && dialog->isModal()) || (object && isPanel(*object));
+    return qstrcmp(object->metaObject()->className(), "DialogPanel") == 0;
 }
 
-bool isForText(const QWidget &dialog)
-{
-    return dialog.findChild<QLineEdit *>() || dialog.findChild<QLabel *>("field");
-}
+bool isForText(const QWidget &dialog) { return dialog.findChild<QLabel *>("field"); }
 
 QString kindOf(const QWidget &dialog)
 {
@@ -49,31 +37,13 @@ QString kindOf(const QWidget &dialog)
 
 QString messageOf(const QWidget &dialog)
 {
-    if (const auto *box = qobject_cast<const QMessageBox *>(&dialog))
-        return box->text();
-    if (const auto *text = dialog.findChild<QPlainTextEdit *>())
-        return text->toPlainText();
-    const auto *label = dialog.findChild<QLabel *>();
-    return label ? label->text() : QString();
+    const auto *text = dialog.findChild<QPlainTextEdit *>();
+    return text ? text->toPlainText() : QString();
 }
 
 void press(QWidget &dialog, bool accept)
 {
-    if (isPanel(dialog)) {
-        QMetaObject::invokeMethod(&dialog, "decided", Q_ARG(bool, accept));
-        return;
-    }
-    // Without a Cancel, OK is the only answer.
-    const bool yes = accept || kindOf(dialog) == "alert";
-    if (const auto *box = qobject_cast<QMessageBox *>(&dialog)) {
-        const auto wanted =
-            yes ? QMessageBox::Ok | QMessageBox::Yes : QMessageBox::Cancel | QMessageBox::No;
-        for (QAbstractButton *button : box->buttons()) {
-            if (box->standardButton(button) & wanted)
-                return button->click();
-        }
-    }
-    static_cast<QDialog &>(dialog).done(yes ? QDialog::Accepted : QDialog::Rejected);
+    QMetaObject::invokeMethod(&dialog, "decided", Q_ARG(bool, accept));
 }
 
 void pressKey(QWidget &dialog, int key, const QString &text)
@@ -109,8 +79,6 @@ bool Prompts::eventFilter(QObject *watched, QEvent *event)
 
 QWidget *Prompts::current() const
 {
-    if (isPrompt(QApplication::activeModalWidget()))
-        return QApplication::activeModalWidget();
     QWidget *topmost = nullptr;
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         // In the order in which they lie above each other.
@@ -161,10 +129,6 @@ bool Prompts::setText(const QString &text)
     QWidget *dialog = current();
     if (!dialog || !isForText(*dialog))
         return false;
-    if (auto *field = dialog->findChild<QLineEdit *>()) {
-        field->setText(text);
-        return true;
-    }
     for (int count = 0; count < longestEntry; ++count)
         pressKey(*dialog, Qt::Key_Delete, {});
     if (!text.isEmpty())
