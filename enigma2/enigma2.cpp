@@ -88,7 +88,7 @@ void Enigma2::noteSent()
 void Enigma2::onConnected()
 {
     logRecord("Enigma2 onConnected");
-    VirtualScreen(1280);
+    VirtualScreen(initialScreenWidth);
 }
 
 void Enigma2::onDisConnected() { logRecord("Enigma2 onDisConnected"); }

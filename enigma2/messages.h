@@ -23,6 +23,9 @@ enum class PayloadForm {
     Json, ///< An object, compact, as Latin-1.
 };
 
+/** Width of the virtual screen in px that every connection begins with. */
+constexpr int initialScreenWidth = 1280;
+
 // clang-format off
 
 /** Commands and requests, sent to the receiver: number, name, form, words. */

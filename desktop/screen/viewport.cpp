@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr int defaultWidth = 1280;
 constexpr int standardWidth = 720;
 constexpr double standardHeight = 576.0;
 
@@ -16,7 +15,7 @@ QRect placed(const Viewport &viewport, const QSize &window)
     const QRect whole(QPoint(0, 0), window);
     if (viewport.area.isEmpty())
         return whole;
-    const int width = viewport.screenWidth > 0 ? viewport.screenWidth : defaultWidth;
+    const int width = viewport.screenWidth > 0 ? viewport.screenWidth : initialScreenWidth;
     const double horizontal = window.width() / double(width);
     const double vertical = width == standardWidth ? window.height() / standardHeight : horizontal;
     const QRectF scaled(viewport.area.x() * horizontal, viewport.area.y() * vertical,
