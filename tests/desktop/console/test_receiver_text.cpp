@@ -122,8 +122,9 @@ private slots:
                                << "/a" << 2000;
         QTest::newRow("no number") << "/a position:x position:"
                                    << "/a" << 0;
-        QTest::newRow("any order") << "auto http://a/b.ts?c=1 vtrack:1 foo:bar atrack:258 position:90"
-                                   << "http://a/b.ts?c=1" << 90000;
+        QTest::newRow("any order")
+            << "auto http://a/b.ts?c=1 vtrack:1 foo:bar atrack:258 position:90"
+            << "http://a/b.ts?c=1" << 90000;
         QTest::newRow("other words") << "http://a/b.ts live=1 position:90"
                                      << "http://a/b.ts" << 90000;
         QTest::newRow("blank in a name, options") << "/media/my film 2.ts strack:3 position:90"
