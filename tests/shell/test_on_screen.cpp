@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <QUrl>
 
 namespace {
 
@@ -159,6 +160,65 @@ private slots:
         QVERIFY(m_run->isRunning());
     }
 
+    void leavesARunningScript_data()
+    {
+        QTest::addColumn<bool>("favourites");
+        QTest::newRow("portal") << false;
+        QTest::newRow("favourites") << true;
+    }
+
+    /** A script in a request's callback waits for its dialog while the box goes to another page. */
+    void leavesARunningScript()
+    {
+        QFETCH(bool, favourites);
+        HttpServer server;
+        server.page("/data", "data");
+        server.page("/asks", "<title>asks</title>" + keysPage +
+                                 "<script>var r = new XMLHttpRequest(); r.onload = function () {"
+                                 "  gSTB.Debug('asking'); alert('x'); gSTB.Debug('asked'); };"
+                                 "r.open('GET', '/data'); r.send();</script>");
+        const QByteArray url = server.url("/asks").toEncoded();
+        start(favourites ? "stbWindowMgr.openWebFavorites('" + url + "', 0);"
+                         : "location = '" + url + "';");
+        SAYS("asking");
+        m_run->announce(named("next"));
+        SAYS("asked");
+        m_run->press("Return");
+        SAYS("here is next");
+        m_run->press("b");
+        SAYS("page next key 66");
+    }
+
+    void asksWithoutEnd_data()
+    {
+        QTest::addColumn<bool>("quits");
+        QTest::newRow("new portal") << false;
+        QTest::newRow("home, then a new portal") << true;
+    }
+
+    /** A script that asks again whatever the answer is keeps neither Home nor a portal away. */
+    void asksWithoutEnd()
+    {
+        QFETCH(bool, quits);
+        start("");
+        m_run->announce(page("asks.html", "<title>asks</title>" + keysPage +
+                                              "<script>document.addEventListener('keydown', "
+                                              "function () { while (true) alert('again'); });"
+                                              "</script>"));
+        SAYS("setUrl:");
+        SAYS("finishLoading true");
+        m_run->press("b");
+        SAYS("Dialog: ");
+        if (quits) {
+            m_run->press("Home");
+            SAYS("QuitApp, do Exit message");
+        }
+        m_run->announce(named("next"));
+        SAYS("here is next");
+        m_run->press("b");
+        SAYS("page next key 66");
+    }
+
     void keyAfterAList_data()
     {
         QTest::addColumn<QString>("closing");
@@ -219,6 +279,18 @@ private slots:
         SAYS("here is next");
         m_run->press("b");
         SAYS("page next key 66");
+    }
+
+    /** While the keyboard's page isn't there, Home is still the box's and takes the pane along. */
+    void quitClosesTheKeyboard()
+    {
+        start("");
+        m_run->announce(page("next.html", keysPage + "<script>gSTB.ShowVirtualKeyboard();"
+                                                     "</script>"));
+        SAYS("keyboard finishLoading false");
+        m_run->press("Home");
+        SAYS("VirtualKeyboardClose () false");
+        SAYS("QuitApp, do Exit message");
     }
 };
 
