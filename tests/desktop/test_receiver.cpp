@@ -245,7 +245,7 @@ private slots:
         task.endTime = "20";
         QCOMPARE(link.recordings.create(task), 1);
         link.command(type, json);
-        QTRY_VERIFY(link.heard(answer));
+        QTRY_VERIFY_WITH_TIMEOUT(link.heard(answer), 60000);
         QCOMPARE(link.received, answer);
     }
 
