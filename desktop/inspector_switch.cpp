@@ -60,7 +60,8 @@ void replaceSocket(int descriptor, int port)
 
 void closeToNetworks(int port)
 {
-    for (const QString &entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+    const QStringList entries = QDir("/proc/self/fd").entryList(QDir::Files | QDir::System);
+    for (const QString &entry : entries) {
         const int descriptor = entry.toInt();
         if (listensOn(descriptor, port))
             replaceSocket(descriptor, port);

@@ -34,7 +34,7 @@ public:
     static constexpr std::size_t capacity = std::size_t{4} * 1024 * 1024;
 
     /** The same while a request waits. */
-    static constexpr std::size_t requestCapacity = 64 * 1024 * 1024;
+    static constexpr std::size_t requestCapacity = std::size_t{64} * 1024 * 1024;
 
     /**
      * Wake is called on the reader thread when the queue has something to take again: once, until

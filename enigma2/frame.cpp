@@ -8,7 +8,7 @@
 namespace {
 
 // What a large payload left behind is given back once it is used up.
-constexpr std::size_t idleCapacity = 1024 * 1024;
+constexpr std::size_t idleCapacity = std::size_t{1024} * 1024;
 
 } // namespace
 

@@ -29,7 +29,7 @@ struct Frame
 };
 
 /** A longer payload is skipped, so that no length that a peer announces exhausts the memory. */
-constexpr std::size_t largestPayload = 16 * 1024 * 1024;
+constexpr std::size_t largestPayload = std::size_t{16} * 1024 * 1024;
 
 /**
  * Cuts a byte stream into frames. Feed it bytes as they come and take frames until there is none.

@@ -12,7 +12,7 @@ class SendLimit
 {
 public:
     /** So many bytes may wait; a single larger frame may when nothing else does. */
-    static constexpr std::size_t capacity = 4 * 1024 * 1024;
+    static constexpr std::size_t capacity = std::size_t{4} * 1024 * 1024;
 
     enum class Verdict { Send, Drop, FirstDrop };
 
