@@ -129,7 +129,8 @@ void DialogPanel::buildField(QBoxLayout *layout)
 
 void DialogPanel::buildCharacters(QBoxLayout *layout)
 {
-    for (const QString &characters : characterRows(false)) {
+    const QStringList rows = characterRows(false);
+    for (const QString &characters : rows) {
         QBoxLayout *row = addRow(layout);
         row->setSpacing(m_unit / 6);
         for (int i = 0; i < characters.size(); ++i) {

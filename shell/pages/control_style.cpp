@@ -11,7 +11,7 @@
 
 namespace {
 
-const QColor focusColour("#ffb000");
+constexpr QRgb focusColour = 0xffffb000;
 
 // Neither style nor palette reach the ground of a closed drop-down list: the style sheet draws it.
 // A ground that differs from the engine's own makes the engine draw the list as a box, which then
@@ -53,7 +53,7 @@ void markFocus(const QStyleOption *option, QPainter *painter)
         return;
     const int width = option->rect.height() < 20 ? 2 : 3;
     painter->save();
-    painter->setPen(QPen(focusColour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter->setPen(QPen(QColor(focusColour), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(
         option->rect.adjusted(width / 2, width / 2, -(width + 1) / 2, -(width + 1) / 2));
