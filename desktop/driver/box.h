@@ -28,7 +28,6 @@ struct BoxPrograms
     QString receiver;      ///< vesprel-receiver
     QString plugins;       ///< The folder with generic/libvesprel-driver-plugin.so.
     QString keyboardPages; ///< The pages of the on-screen keyboard.
-    QString profiles;      ///< The folder of the device profiles.
 };
 
 /** A point in time after which nobody waits any more; none: for ever. */

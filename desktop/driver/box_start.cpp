@@ -96,7 +96,8 @@ QStringList Box::environment() const
 {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     // Nothing of the user's own desktop or box leaks into a session.
-    for (const QString &name : variables.keys()) {
+    const QStringList names = variables.keys();
+    for (const QString &name : names) {
         for (const char *prefix : {"Q_", "QT_", "VESPREL_", "WAYLAND_", "XDG_", "portal1"}) {
             if (name.startsWith(prefix))
                 variables.remove(name);

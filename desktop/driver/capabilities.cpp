@@ -33,8 +33,9 @@ void checkProxy(const QJsonValue &value)
             valid = isInteger(given) && given.toDouble() >= 0 && given.toDouble() <= 255;
         } else if (member.key().endsWith("Proxy") && valid) {
             // A host and perhaps a port, never a whole URL.
-            static const QRegularExpression host("^[^/?#\\s:]+(:\\d{1,5})?$|^\\[[^]]+\\](:\\d+)?$");
-            valid = host.match(given.toString().section('@', -1)).hasMatch();
+            static const QRegularExpression host("^([^/?#\\s:]+|\\[[^]]+\\])(:(\\d{1,5}))?$");
+            const auto match = host.match(given.toString().section('@', -1));
+            valid = match.hasMatch() && match.captured(3).toInt() <= 65535;
         }
         if (!valid)
             failArgument("proxy has no such member: " + member.key());
@@ -70,9 +71,6 @@ BoxOptions readOptions(const QJsonValue &value)
             valid = text == "mpv" || text == "simulated";
         } else if (name == "screen") {
             valid = valid && readScreen(member.value(), options.screen);
-        } else if (name == "profile") {
-            options.profile = text;
-            valid = valid && !text.isEmpty();
         } else if (name == "portal") {
             options.portal = text;
             valid = valid && QUrl(text).isValid() && !QUrl(text).scheme().isEmpty();

@@ -13,7 +13,6 @@ struct BoxOptions
 {
     QString player; ///< "mpv", "simulated", or empty: mpv where it is installed.
     QSize screen = QSize(1280, 720);
-    QString profile; ///< Name of a device profile; empty: none.
     QString portal = "about:blank";
     QMap<QString, QString> environment; ///< Further variables of the program.
 };

@@ -149,10 +149,13 @@ void Driver::endIdleSessions()
         if (m_options.idleTime.count() == 0)
             continue;
         std::vector<std::shared_ptr<Session>> idle;
-        for (const QString &id : m_sessions.keys()) {
-            if (m_sessions[id]->idleTime() > m_options.idleTime) {
-                m_sessions[id]->giveUp();
-                idle.push_back(m_sessions.take(id));
+        for (auto row = m_sessions.begin(); row != m_sessions.end();) {
+            if ((*row)->idleTime() > m_options.idleTime) {
+                (*row)->giveUp();
+                idle.push_back(*row);
+                row = m_sessions.erase(row);
+            } else {
+                ++row;
             }
         }
         lock.unlock();

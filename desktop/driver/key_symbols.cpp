@@ -43,7 +43,7 @@ const QMap<QString, quint32> &remoteKeys()
         {"blue", 0xffc1},
         {"channel up", 0xff55},
         {"channel down", 0xff56},
-        {"favorites", 0xffc8},
+        {"favourites", 0xffc8},
         {"applications", 0xffc9},
         {"power", 0x1008ff2a},
         {"settings", 0},

@@ -144,8 +144,8 @@ void Pages::watchView(QWebView *view)
     if (m_names.contains(view) || !qobject_cast<QStackedWidget *>(view->parentWidget()))
         return;
     const auto *stack = static_cast<QStackedWidget *>(view->parentWidget());
-    m_names[view] =
-        stack->indexOf(view) == 0 ? QString("portal") : QString("favorites-%1").arg(++m_favorites);
+    m_names[view] = stack->indexOf(view) == 0 ? QString("portal")
+                                              : QString("favourites-%1").arg(++m_favourites);
     connect(view, &QObject::destroyed, this, [this](QObject *gone) {
         m_names.remove(gone);
         m_loads.remove(gone);
@@ -249,8 +249,10 @@ QString Pages::ask(QWebFrame *frame, const QString &expression)
 {
     const QString object = "window[" + literal(m_property) + "]";
     const QString text = object + "?" + object + expression + ":null";
+    const QPointer<QWebFrame> guard(frame);
     QVariant answer = frame->evaluateJavaScript(text);
-    if (answer.type() != QVariant::String) {
+    // A script may remove the frame that it runs in.
+    if (guard && answer.type() != QVariant::String) {
         // The document is one whose window object was not cleared under our eyes.
         inject(frame);
         answer = frame->evaluateJavaScript(text);

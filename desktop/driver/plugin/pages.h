@@ -95,6 +95,6 @@ private:
     QHash<QObject *, QSet<QString>> m_seen; ///< Ids that were handed out, by frame.
     QHash<QObject *, QString> m_names;
     int m_documents = 0;
-    int m_favorites = 0;
+    int m_favourites = 0;
     int m_frames = 0;
 };
