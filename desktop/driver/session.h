@@ -148,7 +148,8 @@ private:
     SessionRequest m_request;
     Box m_box;
     QString m_window = "portal";
-    QString m_frame; ///< Empty: the window's main frame.
+    QString m_frame;            ///< Empty: the window's main frame.
+    QStringList m_parentFrames; ///< The way to m_frame, from the main frame; stale without one.
     QHash<QString, InputState> m_inputs;
     QHash<QString, QString> m_sameSite; ///< What the engine's cookies do not keep.
     quint32 m_mark = 0;

@@ -140,7 +140,10 @@ QJsonValue Session::addCookie(const CommandCall &call)
 
 QJsonValue Session::deleteCookie(const CommandCall &call)
 {
-    ask("changeCookies", {{"delete", call.variables.value("name")}});
+    const QString name = call.variables.value("name");
+    ask("changeCookies", {{"delete", name}});
+    for (auto row = m_sameSite.begin(); row != m_sameSite.end();)
+        row = row.key().startsWith(name + ';') ? m_sameSite.erase(row) : std::next(row);
     return {};
 }
 

@@ -6,6 +6,8 @@
 #include "desktop/driver/session.h"
 #include "desktop/driver/webdriver_error.h"
 
+#include <utility>
+
 QJsonValue Session::windowHandle(const CommandCall &)
 {
     requireWindow();
@@ -78,7 +80,10 @@ QJsonValue Session::switchToFrame(const CommandCall &call)
             failArgument("The element's reference is to be a string");
         index = callPage("frameIndex", {id});
     }
-    m_frame = ask("childFrame", {{"index", index}}).value("value").toString();
+    const QString child = ask("childFrame", {{"index", index}}).value("value").toString();
+    if (m_frame.isEmpty())
+        m_parentFrames.clear();
+    m_parentFrames.append(std::exchange(m_frame, child));
     return {};
 }
 
@@ -87,8 +92,15 @@ QJsonValue Session::switchToParentFrame(const CommandCall &)
     requireWindow();
     if (m_frame.isEmpty())
         return {};
-    handlePrompts();
-    m_frame = ask("parentFrame", {{"frame", m_frame}}).value("value").toString();
+    // The frame itself may be gone; only its parent has to be there.
+    const QString child = std::exchange(m_frame, m_parentFrames.last());
+    try {
+        ask("enterFrame");
+    } catch (const WebDriverError &) {
+        m_frame = child;
+        throw;
+    }
+    m_parentFrames.removeLast();
     return {};
 }
 

@@ -80,7 +80,7 @@ private:
     Answer traverse(const Request &request);
     Answer reload(const Request &request);
     Answer childFrame(const Request &request);
-    Answer parentFrame(const Request &request);
+    Answer enterFrame(const Request &request);
     Answer place(const Request &request);
     Answer type(const Request &request);
     Answer pressSettings(const Request &request);

@@ -47,7 +47,7 @@ const QHash<QString, CommandServer::Method> &CommandServer::methods()
         {"traverse", {OpenWindow, &S::traverse}},
         {"reload", {OpenWindow, &S::reload}},
         {"childFrame", {Loaded, &S::childFrame}},
-        {"parentFrame", {Nothing, &S::parentFrame}},
+        {"enterFrame", {OpenFrame, &S::enterFrame}},
         {"place", {OpenFrame, &S::place}},
         {"type", {Loaded, &S::type}},
         {"pressSettings", {OpenWindow, &S::pressSettings}},
@@ -224,13 +224,7 @@ CommandServer::Answer CommandServer::childFrame(const Request &request)
     return value(m_pages.nameOf(child));
 }
 
-CommandServer::Answer CommandServer::parentFrame(const Request &request)
-{
-    QWebFrame *frame = m_pages.frame(request.window, request.params.value("frame").toString());
-    if (!frame)
-        return error("no such window", "The frame is gone.");
-    return value(frame->parentFrame() ? m_pages.nameOf(frame->parentFrame()) : QString());
-}
+CommandServer::Answer CommandServer::enterFrame(const Request &) { return value({}); }
 
 CommandServer::Answer CommandServer::prompt(const Request &) { return value(m_prompts.open()); }
 

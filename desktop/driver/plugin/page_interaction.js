@@ -32,9 +32,17 @@
         return closest(element, ['datalist']) || closest(element, ['select']) || element;
     }
 
+    // The engine tells no boxes of the shapes in a drawing.
+    function firstBox(element) {
+        var box = element.getClientRects()[0];
+        var isShape = element.namespaceURI === 'http://www.w3.org/2000/svg';
+        return box || (isShape && style(element, 'display') !== 'none' ?
+            element.getBoundingClientRect() : null);
+    }
+
     // The centre of what is inside the viewport of the first box.
     function centre(element) {
-        var box = element.getClientRects()[0];
+        var box = firstBox(element);
         if (!box) {
             return null;
         }
@@ -53,7 +61,7 @@
     // Whether the element would be painted at the point if it took pointer events.
     function isInView(element) {
         var point = centre(element);
-        var box = element.getClientRects()[0];
+        var box = firstBox(element);
         return !!point && isInside(point) && box.right > 0 && box.bottom > 0 &&
             box.left < window.innerWidth && box.top < window.innerHeight &&
             style(element, 'visibility') !== 'hidden';
@@ -142,6 +150,10 @@
         }
         var top = isObscured(container);
         if (top) {
+            var box = firstBox(container);
+            if (box.width === 0 || box.height === 0) {
+                throw fail('element not interactable', describe(element) + ' has no size.');
+            }
             throw fail('element click intercepted',
                 describe(top) + ' would take the click on ' + describe(element) + '.');
         }
@@ -210,7 +222,7 @@
     }
 
     function hasBox(element) {
-        return element.getClientRects().length > 0 && style(element, 'visibility') !== 'hidden';
+        return !!firstBox(element) && style(element, 'visibility') !== 'hidden';
     }
 
     driver.define('clear', function (element) {

@@ -23,6 +23,7 @@
     var PageFunction = Function;
     var PagePromise = window.Promise;
     var PageEvent = window.Event;
+    var setTimer = window.setTimeout.bind(window);
 
     // References: ids of nodes, and the nodes of ids. A page that made very many has those dropped
     // that left the document; they are stale anyway.
@@ -288,6 +289,19 @@
             typeof value.then === 'function';
     }
 
+    // A promise settles the script with what it comes to.
+    function settleWith(value, settlers) {
+        try {
+            if (isThenable(value)) {
+                PagePromise.resolve(value).then(settlers[0], settlers[1]);
+            } else {
+                settlers[0](value);
+            }
+        } catch (e) {
+            settlers[1](e);
+        }
+    }
+
     function functionOf(body) {
         try {
             return new PageFunction(body);
@@ -296,24 +310,36 @@
         }
     }
 
+    function carryOut(script, values, settlers, isAsync) {
+        try {
+            var result = script.apply(window, values);
+            // What an asynchronous script returns counts only if it is a promise.
+            if (!isAsync || isThenable(result)) {
+                settleWith(result, settlers);
+            }
+        } catch (e) {
+            settlers[1](e);
+        }
+    }
+
     // body: the text of a function's body or, where the page forbids making functions of texts,
     // the function. Answers with the result, or with nothing while it is still to come.
     function run(body, argumentText, ticket, isAsync) {
-        var result;
         try {
             var values = revive(parse(argumentText));
             var script = typeof body === 'function' ? body : functionOf(body);
             var settlers = start(ticket);
             if (isAsync) {
-                values.push(settlers[0]);
+                values.push(function (value) {
+                    settleWith(value, settlers);
+                });
             }
-            result = script.apply(window, values);
-            if (isThenable(result)) {
-                PagePromise.resolve(result).then(settlers[0], settlers[1]);
-            } else if (!isAsync) {
-                pending.delete(ticket);
-                return success(result);
+            if (window !== window.top) {
+                // It may remove its own frame, which the engine survives in a timer only.
+                setTimer(function () { carryOut(script, values, settlers, isAsync); }, 0);
+                return '';
             }
+            carryOut(script, values, settlers, isAsync);
         } catch (e) {
             pending.delete(ticket);
             return failure(e);

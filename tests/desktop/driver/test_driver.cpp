@@ -23,7 +23,8 @@ const char page[] = R"(<!DOCTYPE html><title>Box</title>
 <button id=button onclick="this.textContent = 'pressed'">press</button>
 <button id=cover style="position: absolute; left: 0; top: 200px; width: 90px">covered</button>
 <div style="position: absolute; left: 0; top: 200px; width: 90px; height: 50px"></div>
-<iframe id=frame srcdoc="<p id=inner>inside</p>"></iframe>
+<svg width=9 height=9><rect id=shape width=9 height=9></svg>
+<iframe id=frame srcdoc="<p id=inner>inside</p>"></iframe><div id=empty></div>
 <script>
 var keys = [];
 document.addEventListener('keydown', function (e) {
@@ -54,6 +55,7 @@ private slots:
     void commands_data();
     void commands();
     void staleElements();
+    void frameThatRemovesItself();
     void actionsAreTheRemote();
     void pointerClicksWhereItIs();
     void typedTextIsNotTranslated();
@@ -117,9 +119,11 @@ void TestDriver::capabilities_data()
     row("bad prompts", R"({"alwaysMatch":{"unhandledPromptBehavior":"think"}})",
         "invalid argument");
     row("proxy without type", R"({"alwaysMatch":{"proxy":{}}})", "invalid argument");
+    row("proxy port", R"({"alwaysMatch":{"proxy":{"proxyType":"manual","httpProxy":"a:65536"}}})",
+        "invalid argument");
     row("proxy", R"({"alwaysMatch":{"proxy":{"proxyType":"system"}}})", "session not created");
     row("screen", R"({"alwaysMatch":{"vesprel:options":{"screen":"big"}}})", "invalid argument");
-    row("option", R"({"alwaysMatch":{"vesprel:options":{"colour":"red"}}})", "invalid argument");
+    row("option", R"({"alwaysMatch":{"vesprel:options":{"profile":"a"}}})", "invalid argument");
 }
 
 void TestDriver::capabilities()
@@ -224,6 +228,8 @@ void TestDriver::commands_data()
     get("element/{body}/shadow", "no such shadow root");
     post("element/{#cover}/click", "{}", "element click intercepted");
     post("element/{.gone}/click", "{}", "element not interactable");
+    post("element/{#empty}/click", "{}", "element not interactable");
+    post("element/{#shape}/click", "{}", "null");
     post("element/{#off}/clear", "{}", "invalid element state");
     post("element/{#field}/value", R"({"text":1})", "invalid argument");
     post("element/{#off}/value", R"({"text":"x"})", "element not interactable");
@@ -247,6 +253,7 @@ void TestDriver::commands_data()
         "execute/async",
         R"js({"script":"var done = arguments[0]; setTimeout(function () { done(5) }, 1)","args":[]})js",
         "5");
+    post("execute/async", R"js({"script":"arguments[0](Promise.resolve(6))","args":[]})js", "6");
     get("alert/text", "no such alert");
     post("alert/accept", "{}", "no such alert");
     get("cookie/none", "no such cookie");
@@ -307,6 +314,18 @@ void TestDriver::staleElements()
     m_client.post("frame/parent");
     m_client.post("refresh");
     QCOMPARE(m_client.get("element/" + link + "/text").error(), QString("stale element reference"));
+}
+
+void TestDriver::frameThatRemovesItself()
+{
+    openPage();
+    m_client.post("frame", R"({"id":0})");
+    QCOMPARE(m_client.script("parent.document.getElementById('frame').remove()").error(),
+             QString("javascript error"));
+    QCOMPARE(m_client.get("source").error(), QString("no such window"));
+    QCOMPARE(m_client.post("frame/parent").status, 200);
+    QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
+    QVERIFY(!m_client.element("#field").isEmpty());
 }
 
 void TestDriver::actionsAreTheRemote()
