@@ -151,7 +151,8 @@ QString pointerTypeOf(const QJsonObject &sequence)
 Ticks readActions(const QJsonObject &parameters, InputState &state)
 {
     Ticks ticks;
-    for (const QJsonValue &value : arrayMember(parameters, "actions")) {
+    const QJsonArray sources = arrayMember(parameters, "actions");
+    for (const QJsonValue &value : sources) {
         if (!value.isObject())
             failArgument("A sequence of actions is to be an object");
         const QJsonObject sequence = value.toObject();

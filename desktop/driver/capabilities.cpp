@@ -27,7 +27,8 @@ void checkProxy(const QJsonValue &value)
         bool valid = strings.contains(member.key()) && given.isString();
         if (member.key() == "noProxy") {
             valid = given.isArray();
-            for (const QJsonValue &host : given.toArray())
+            const QJsonArray hosts = given.toArray();
+            for (const QJsonValue &host : hosts)
                 valid = valid && host.isString();
         } else if (member.key() == "socksVersion") {
             valid = isInteger(given) && given.toDouble() >= 0 && given.toDouble() <= 255;
@@ -212,11 +213,12 @@ SessionRequest chooseCapabilities(const QJsonObject &parameters)
     if (!alternatives.isArray() || alternatives.toArray().isEmpty())
         failArgument("\"firstMatch\" is to be an array that is not empty");
     QVector<QJsonObject> candidates;
-    for (const QJsonValue &alternative : alternatives.toArray())
+    const QJsonArray alternativeArray = alternatives.toArray();
+    for (const QJsonValue &alternative : alternativeArray)
         candidates += validated(alternative);
     for (QJsonObject &candidate : candidates)
         candidate = merged(always, candidate);
-    for (const QJsonObject &candidate : candidates) {
+    for (const QJsonObject &candidate : std::as_const(candidates)) {
         if (fits(candidate))
             return accepted(candidate);
     }

@@ -80,7 +80,7 @@ void Display::arrangeKeyboard()
     const xcb_keysym_t *symbols = xcb_get_keyboard_mapping_keysyms(mapping.get());
     for (int index = 0; index < count; ++index) {
         const auto code = quint8(first + index);
-        const xcb_keysym_t *levels = symbols + index * mapping->keysyms_per_keycode;
+        const xcb_keysym_t *levels = symbols + std::ptrdiff_t(index) * mapping->keysyms_per_keycode;
         const bool wanted = kept.contains(levels[0]) && !m_plain.contains(levels[0]);
         if (!wanted && !modifiers.contains(code)) {
             m_free += code;
@@ -92,7 +92,8 @@ void Display::arrangeKeyboard()
             m_shifted[levels[1]] = code;
     }
     // Most characters have their key before a program reads the keyboard.
-    for (const quint32 symbol : usualSymbols()) {
+    const auto symbolsInUse = usualSymbols();
+    for (const quint32 symbol : symbolsInUse) {
         if (!m_plain.contains(symbol))
             keyFor(symbol, false);
     }

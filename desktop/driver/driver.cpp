@@ -17,7 +17,7 @@ QJsonObject parametersOf(const QString &method, const QByteArray &body)
 {
     if (method != "POST")
         return {};
-    QJsonParseError error;
+    QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(body, &error);
     if (!document.isObject())
         failArgument("The body is to be a JSON object: " + error.errorString());
@@ -45,7 +45,7 @@ void Driver::endSessions()
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_ended = true;
     m_ending.notify_all();
-    for (const auto &session : m_sessions)
+    for (const auto &session : std::as_const(m_sessions))
         session->giveUp();
     sessions.swap(m_sessions);
 }

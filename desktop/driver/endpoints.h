@@ -29,7 +29,7 @@ struct Endpoint
 /** What a path and method match. */
 struct EndpointMatch
 {
-    const Endpoint *endpoint;
+    const Endpoint *endpoint = nullptr;
     CommandCall call;
 };
 

@@ -50,7 +50,7 @@ DriverOptions readOptions(const QStringList &arguments, QString &help)
     if (!parsed)
         options.failure = parser.errorText();
     else if (!parser.positionalArguments().isEmpty())
-        options.failure = "Unexpected argument: " + parser.positionalArguments().first();
+        options.failure = "Unexpected argument: " + parser.positionalArguments().constFirst();
     else if (!numbers[0] || !numbers[1] || !numbers[2] || options.port < 0 ||
              options.port > 65535 || options.maxSessions < 1)
         options.failure = "An option's value is no number, or none that fits.";

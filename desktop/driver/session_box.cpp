@@ -54,7 +54,8 @@ QJsonValue Session::tellReceiver(const CommandCall &call)
 QJsonValue Session::takeCommands(const CommandCall &)
 {
     QJsonArray commands;
-    for (const QString &line : m_box.records().takeCommands()) {
+    const auto lines = m_box.records().takeCommands();
+    for (const QString &line : lines) {
         const bool own = line.startsWith("sent: ") || line.startsWith("dropped") ||
                          line.startsWith("connection ") || line.startsWith("serving ");
         if (!own)
@@ -72,7 +73,8 @@ QJsonValue Session::takePageMessages(const CommandCall &)
 {
     static const QStringList levels = {"", "log", "warning", "error", "debug", "info"};
     QJsonArray result;
-    for (const QJsonValue &value : m_box.records().takePageMessages()) {
+    const auto messages = m_box.records().takePageMessages();
+    for (const QJsonValue &value : messages) {
         QJsonObject message = value.toObject();
         message["level"] = levels.value(message.value("level").toInt(), "log");
         // What scripts and the network fail with is not written with the console's functions.

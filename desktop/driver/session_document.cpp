@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const QStringList referenceKeys = {
+constexpr const char *referenceKeys[] = {
     "element-6066-11e4-a52e-4f735466cecf", "shadow-6066-11e4-a52e-4f735466cecf",
     "frame-075b-4da1-b6ba-e579c2d3230a", "window-fcc6-11e5-b4f8-330a88ab9d7f"};
 
@@ -20,12 +20,13 @@ const QStringList referenceKeys = {
 void checkReferences(const QJsonValue &value)
 {
     if (value.isArray()) {
-        for (const QJsonValue &item : value.toArray())
+        const QJsonArray items = value.toArray();
+        for (const QJsonValue &item : items)
             checkReferences(item);
         return;
     }
     const QJsonObject object = value.toObject();
-    for (const QString &key : referenceKeys) {
+    for (const char *key : referenceKeys) {
         if (object.contains(key) && !object[key].isString())
             failArgument("A reference is to be a string");
     }
@@ -107,7 +108,8 @@ QJsonValue Session::runScript(const CommandCall &call, bool async)
 QJsonValue Session::allCookies(const CommandCall &)
 {
     QJsonArray result;
-    for (const QJsonValue &value : ask("cookies").value("value").toArray()) {
+    const auto cookies = ask("cookies").value("value").toArray();
+    for (const QJsonValue &value : cookies) {
         QJsonObject cookie = value.toObject();
         const QString key = cookie.value("name").toString() + ';' + cookie.value("path").toString();
         if (m_sameSite.contains(key))
@@ -119,7 +121,8 @@ QJsonValue Session::allCookies(const CommandCall &)
 
 QJsonValue Session::namedCookie(const CommandCall &call)
 {
-    for (const QJsonValue &cookie : allCookies(call).toArray()) {
+    const auto cookies = allCookies(call).toArray();
+    for (const QJsonValue &cookie : cookies) {
         if (cookie.toObject().value("name").toString() == call.variables.value("name"))
             return cookie;
     }

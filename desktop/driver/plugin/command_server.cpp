@@ -108,7 +108,7 @@ void CommandServer::send(const QJsonObject &message)
 void CommandServer::tellOfPrompt()
 {
     // The script that opened the dialog returns only when that is closed.
-    for (const int id : m_running)
+    for (const int id : std::as_const(m_running))
         reply(id, {{"value", QJsonValue()}, {"prompt", true}});
     m_running.clear();
 }

@@ -8,7 +8,8 @@
 QJsonArray cookiesOf(const QNetworkCookieJar &jar, const QUrl &url)
 {
     QJsonArray result;
-    for (const QNetworkCookie &cookie : jar.cookiesForUrl(url)) {
+    const QList<QNetworkCookie> cookies = jar.cookiesForUrl(url);
+    for (const QNetworkCookie &cookie : cookies) {
         QJsonObject object{{"name", QString::fromUtf8(cookie.name())},
                            {"value", QString::fromUtf8(cookie.value())},
                            {"path", cookie.path()},
@@ -42,7 +43,8 @@ bool addCookie(QNetworkCookieJar &jar, const QUrl &url, const QJsonObject &cooki
 
 void deleteCookies(QNetworkCookieJar &jar, const QUrl &url, const QString &name)
 {
-    for (const QNetworkCookie &cookie : jar.cookiesForUrl(url)) {
+    const QList<QNetworkCookie> cookies = jar.cookiesForUrl(url);
+    for (const QNetworkCookie &cookie : cookies) {
         if (name.isNull() || cookie.name() == name.toUtf8())
             jar.deleteCookie(cookie);
     }

@@ -95,8 +95,10 @@ bool Pages::eventFilter(QObject *watched, QEvent *event)
 QVector<QWebView *> Pages::views() const
 {
     QVector<QWebView *> result;
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        for (const QStackedWidget *stack : window->findChildren<QStackedWidget *>()) {
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        const auto stacks = window->findChildren<QStackedWidget *>();
+        for (const QStackedWidget *stack : stacks) {
             for (int index = 0; index < stack->count(); ++index) {
                 if (auto *view = qobject_cast<QWebView *>(stack->widget(index)))
                     result += view;
@@ -109,14 +111,16 @@ QVector<QWebView *> Pages::views() const
 QStringList Pages::handles()
 {
     QStringList result;
-    for (QWebView *view : views())
+    const auto allViews = views();
+    for (QWebView *view : allViews)
         result += handleOf(view);
     return result;
 }
 
 QString Pages::shown()
 {
-    for (QWebView *view : views()) {
+    const auto allViews = views();
+    for (QWebView *view : allViews) {
         const auto *stack = qobject_cast<QStackedWidget *>(view->parentWidget());
         if (stack && stack->currentWidget() == view)
             return handleOf(view);
@@ -126,7 +130,8 @@ QString Pages::shown()
 
 QWebView *Pages::view(const QString &handle)
 {
-    for (QWebView *view : views()) {
+    const auto allViews = views();
+    for (QWebView *view : allViews) {
         if (handleOf(view) == handle)
             return view;
     }
@@ -182,7 +187,8 @@ void Pages::watchView(QWebView *view)
                 [](QNetworkReply *reply) { reply->ignoreSslErrors(); });
     }
     watchFrame(mainFrame);
-    for (QWebFrame *child : mainFrame->childFrames())
+    const auto children = mainFrame->childFrames();
+    for (QWebFrame *child : children)
         watchFrame(child);
 }
 
@@ -299,12 +305,13 @@ QJsonObject Pages::poll(QWebFrame *frame, int ticket)
 
 QJsonObject Pages::read(QWebFrame *frame, const QString &answer)
 {
-    QJsonParseError error;
+    QJsonParseError error = {};
     QJsonObject result = QJsonDocument::fromJson(answer.toUtf8(), &error).object();
     if (error.error != QJsonParseError::NoError)
         return failureOf("javascript error", "The page gave no value: " + error.errorString());
     QSet<QString> &seen = m_seen[frame];
-    for (const QJsonValue &id : result.take("ids").toArray())
+    const auto ids = result.take("ids").toArray();
+    for (const QJsonValue &id : ids)
         seen.insert(id.toString());
     if (result.value("error") == QLatin1String("missing node")) {
         return seen.contains(result.value("message").toString())
@@ -348,7 +355,8 @@ QJsonValue Pages::locateWindows(QWebFrame *frame, const QJsonValue &value, QJson
 {
     if (value.isArray()) {
         QJsonArray list;
-        for (const QJsonValue &item : value.toArray())
+        const QJsonArray items = value.toArray();
+        for (const QJsonValue &item : items)
             list.append(locateWindows(frame, item, failure));
         return list;
     }

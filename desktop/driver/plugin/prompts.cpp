@@ -80,7 +80,8 @@ bool Prompts::eventFilter(QObject *watched, QEvent *event)
 QWidget *Prompts::current() const
 {
     QWidget *topmost = nullptr;
-    for (const QWidget *window : QApplication::topLevelWidgets()) {
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget *window : windows) {
         // In the order in which they lie above each other.
         for (QObject *child : window->children()) {
             if (isPrompt(child) && static_cast<QWidget *>(child)->isVisible())
@@ -98,7 +99,7 @@ QJsonObject Prompts::open() const
     return {{"type", kindOf(*dialog)}, {"text", messageOf(*dialog)}};
 }
 
-bool Prompts::close(bool accept, std::function<void()> done)
+bool Prompts::close(bool accept, const std::function<void()> &done)
 {
     QWidget *dialog = current();
     if (!dialog)

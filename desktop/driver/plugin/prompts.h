@@ -28,7 +28,7 @@ public:
      * Presses OK or Cancel (OK where there is no Cancel) and calls done when the script that
      * waited for the dialog runs again or has ended. False without a dialog.
      */
-    bool close(bool accept, std::function<void()> done);
+    bool close(bool accept, const std::function<void()> &done);
 
     /** Writes into the field of a prompt. False without a dialog that has a field. */
     bool setText(const QString &text);
