@@ -37,7 +37,8 @@ Window::Window(QWidget *parent)
     : QMainWindow(parent)
     , m_origins(qEnvironmentVariable(Environment::portalOrigins))
 {
-    for (const QString &entry : m_origins.ignored())
+    const QStringList ignored = m_origins.ignored();
+    for (const QString &entry : ignored)
         logRecord("no origin, ignored:", entry);
     if (qEnvironmentVariableIsSet(Environment::userAgent))
         setUserAgentOverride(qEnvironmentVariable(Environment::userAgent));

@@ -28,7 +28,8 @@ QString entryOrigin(const QString &entry)
 PortalOrigins::PortalOrigins(const QString &list)
     : m_limited(!list.trimmed().isEmpty())
 {
-    for (const QString &entry : list.simplified().split(' ', Qt::SkipEmptyParts)) {
+    const QStringList entries = list.simplified().split(' ', Qt::SkipEmptyParts);
+    for (const QString &entry : entries) {
         const QString origin = entryOrigin(entry);
         if (origin.isEmpty())
             m_ignored.append(entry);

@@ -36,7 +36,7 @@ private:
     struct Child
     {
         QPointer<QObject> object;
-        const QObject *view;
+        const QObject *view = nullptr;
     };
 
     const PageStack &m_pages;

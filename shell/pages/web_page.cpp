@@ -9,7 +9,11 @@
 
 namespace {
 
-QString userAgentOverride;
+QString &userAgentOverride()
+{
+    static QString text;
+    return text;
+}
 
 // Portals recognise the box by this text, to the letter.
 const char boxUserAgent[] = "Mozilla/5.0 (Unknown; Linux) AppleWebKit/538.1 (KHTML, like Gecko) "
@@ -88,11 +92,11 @@ bool ViewerPage::javaScriptPrompt(QWebFrame *frame, const QString &text, const Q
 
 QString QWebPagePriv::userAgentForUrl(const QUrl &) const
 {
-    return userAgentOverride.isEmpty() ? QString(boxUserAgent) : userAgentOverride;
+    return userAgentOverride().isEmpty() ? QString(boxUserAgent) : userAgentOverride();
 }
 
 void setUserAgentOverride(const QString &text)
 {
     const QString header = "User-Agent: ";
-    userAgentOverride = text.startsWith(header) ? text.mid(header.size()) : text;
+    userAgentOverride() = text.startsWith(header) ? text.mid(header.size()) : text;
 }
