@@ -5,6 +5,7 @@
 #include "desktop/driver/capabilities.h"
 #include "desktop/driver/display.h"
 #include "desktop/driver/process.h"
+#include "desktop/driver/profile.h"
 
 #include <QJsonObject>
 #include <QSize>
@@ -28,6 +29,7 @@ struct BoxPrograms
     QString receiver;      ///< vesprel-receiver
     QString plugins;       ///< The folder with generic/libvesprel-driver-plugin.so.
     QString keyboardPages; ///< The pages of the on-screen keyboard.
+    QString profiles;      ///< The folder with NAME.env for each model.
 };
 
 /** A point in time after which nobody waits any more; none: for ever. */
@@ -73,7 +75,8 @@ private:
     void startKeeper(const QString &driver);
     void startDisplay(const QSize &screen);
     void startReceiver(const BoxPrograms &programs, const BoxOptions &options);
-    void startProgram(const BoxPrograms &programs, const SessionRequest &request);
+    void startProgram(const BoxPrograms &programs, const SessionRequest &request,
+                      const Profile &profile);
     void listen();
     void waitForProgram();
     void stop();

@@ -33,6 +33,14 @@ bool readable(const Descriptor &descriptor, std::chrono::milliseconds time)
     return ::poll(&polled, 1, int(time.count())) > 0;
 }
 
+QSize screenOf(const BoxOptions &options, const Profile &profile)
+{
+    if (options.screen.isValid())
+        return options.screen;
+    const QSize ofModel = screenSize(profile.value("VESPREL_WINDOW"));
+    return ofModel.isValid() ? ofModel : QSize(1280, 720);
+}
+
 bool hasMpv() { return !QStandardPaths::findExecutable("mpv").isEmpty(); }
 
 } // namespace
@@ -41,11 +49,15 @@ Box::Box(const BoxPrograms &programs, const SessionRequest &request)
     : m_wake(makePipe())
 {
     try {
+        QString failure;
+        const Profile profile = readProfile(programs.profiles, request.box.profile, failure);
+        if (!failure.isEmpty())
+            fail("session not created", failure);
         makeFolder(programs, request.box);
         startKeeper(programs.driver);
-        startDisplay(request.box.screen);
+        startDisplay(screenOf(request.box, profile));
         startReceiver(programs, request.box);
-        startProgram(programs, request);
+        startProgram(programs, request, profile);
         m_watcher = std::thread(&Box::watch, this);
         waitForProgram();
     } catch (...) {
@@ -220,7 +232,8 @@ void Box::listen()
         fail("session not created", "The socket for the program cannot be made.");
 }
 
-void Box::startProgram(const BoxPrograms &programs, const SessionRequest &request)
+void Box::startProgram(const BoxPrograms &programs, const SessionRequest &request,
+                       const Profile &profile)
 {
     listen();
     Pipe output = makePipe();
@@ -232,7 +245,12 @@ void Box::startProgram(const BoxPrograms &programs, const SessionRequest &reques
                                   "Q_VESPREL_PORTAL=" + request.box.portal};
     if (request.acceptInsecureCerts)
         how.environment += "VESPREL_DRIVER_INSECURE=1";
+    Profile variables = profile;
+    // The box fills its screen, which is of the model's size unless the session has said otherwise.
+    variables.remove("VESPREL_WINDOW");
     for (auto row = request.box.environment.begin(); row != request.box.environment.end(); ++row)
+        variables[row.key()] = row.value();
+    for (auto row = variables.begin(); row != variables.end(); ++row)
         how.environment += row.key() + '=' + row.value();
     how.output = output.write.number();
     startChild(m_program, how, nullptr);

@@ -2,6 +2,7 @@
 #include "desktop/driver/capabilities.h"
 
 #include "desktop/driver/arguments.h"
+#include "desktop/driver/profile.h"
 #include "desktop/driver/webdriver_error.h"
 
 #include <QJsonArray>
@@ -48,15 +49,6 @@ void checkProxy(const QJsonValue &value)
         failArgument("proxy is incomplete");
 }
 
-bool readScreen(const QJsonValue &value, QSize &screen)
-{
-    static const QRegularExpression form("^(\\d{2,5})x(\\d{2,5})$");
-    const QRegularExpressionMatch match = form.match(value.toString());
-    screen = {match.captured(1).toInt(), match.captured(2).toInt()};
-    return match.hasMatch() && screen.width() >= 64 && screen.height() >= 64 &&
-           screen.width() <= 8192 && screen.height() <= 8192;
-}
-
 BoxOptions readOptions(const QJsonValue &value)
 {
     BoxOptions options;
@@ -71,7 +63,10 @@ BoxOptions readOptions(const QJsonValue &value)
             options.player = text;
             valid = text == "mpv" || text == "simulated";
         } else if (name == "screen") {
-            valid = valid && readScreen(member.value(), options.screen);
+            options.screen = screenSize(text);
+            valid = valid && options.screen.isValid();
+        } else if (name == "profile") {
+            options.profile = text;
         } else if (name == "portal") {
             options.portal = text;
             valid = valid && QUrl(text).isValid() && !QUrl(text).scheme().isEmpty();

@@ -12,9 +12,10 @@
 struct BoxOptions
 {
     QString player; ///< "mpv", "simulated", or empty: mpv where it is installed.
-    QSize screen = QSize(1280, 720);
+    QString profile = "desk";
+    QSize screen; ///< Invalid: the profile's, or 1280x720.
     QString portal = "about:blank";
-    QMap<QString, QString> environment; ///< Further variables of the program.
+    QMap<QString, QString> environment; ///< Variables of the program, before the profile's.
 };
 
 /** What a client asked for and gets. */

@@ -78,6 +78,8 @@ BoxPrograms findPrograms()
     programs.plugins = firstOf({"plugins", VESPREL_PLUGIN_DIR});
     programs.keyboardPages =
         firstOf({"../share/vesprel/web/system/keyboard", VESPREL_SOURCE_DIR "/web/keyboard"});
+    programs.profiles =
+        firstOf({"../share/vesprel/profiles", VESPREL_SOURCE_DIR "/desktop/profiles"});
     return programs;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/driver/capabilities.h"
 #include "desktop/driver/http_front.h"
+#include "desktop/driver/profile.h"
 #include "desktop/driver/webdriver_error.h"
 #include "tests/desktop/driver/driver_client.h"
 #include "tests/support/http_server.h"
@@ -63,6 +64,9 @@ private slots:
     void favouritesAreAWindow();
     void cookiesOfThePage();
     void receiverAndLog();
+    void profiles_data();
+    void profiles();
+    void badProfiles();
     void endlessScript();
     void crashedProgram();
     void nothingIsLeft();
@@ -123,7 +127,8 @@ void TestDriver::capabilities_data()
         "invalid argument");
     row("proxy", R"({"alwaysMatch":{"proxy":{"proxyType":"system"}}})", "session not created");
     row("screen", R"({"alwaysMatch":{"vesprel:options":{"screen":"big"}}})", "invalid argument");
-    row("option", R"({"alwaysMatch":{"vesprel:options":{"profile":"a"}}})", "invalid argument");
+    row("profile", R"({"alwaysMatch":{"vesprel:options":{"profile":20}}})", "invalid argument");
+    row("option", R"({"alwaysMatch":{"vesprel:options":{"model":"a"}}})", "invalid argument");
 }
 
 void TestDriver::capabilities()
@@ -465,6 +470,56 @@ void TestDriver::endlessScript()
     QTRY_VERIFY(m_client.children().isEmpty());
     QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
     QCOMPARE(m_client.begin().status, 200);
+}
+
+void TestDriver::profiles_data()
+{
+    QTest::addColumn<QByteArray>("options");
+    QTest::addColumn<QByteArray>("answer"); // What the page finds, or a part of the error.
+    const auto row = [](const char *name, const char *options, const char *answer) {
+        QTest::newRow(name) << QByteArray(options) << QByteArray(answer);
+    };
+    row("none", R"({})", R"("VB-DESK Vesprel VB-DESK 1.0.0 100 1280x720 MAG200")");
+    row("model", R"({"profile":"vb40"})", R"("VB40 Vesprel VB40 1.2.0 120 1920x1080 VB40")");
+    row("more of it", R"({"profile":"vb40","screen":"800x600","environment":{"Q_MODEL":"X"}})",
+        R"("X Vesprel VB40 1.2.0 120 800x600 VB40")");
+    row("unknown", R"({"profile":"vb41"})", "only desk, vb20, vb40.");
+    row("path", R"({"profile":"../profiles/vb40"})", "There is no profile");
+}
+
+void TestDriver::profiles()
+{
+    QFETCH(QByteArray, options);
+    QFETCH(QByteArray, answer);
+    m_client.end();
+    QJsonObject object = QJsonDocument::fromJson(options).object();
+    object["player"] = "simulated";
+    QByteArray result = compact(m_client.begin({{"vesprel:options", object}}).value);
+    if (!result.contains("session not created")) {
+        openPage();
+        result = compact(
+            m_client
+                .script(
+                    "return [gSTB.GetDeviceModel(), gSTB.Version(), gSTB.GetDeviceImageVersion(),"
+                    "innerWidth + 'x' + innerHeight,"
+                    "/\\) ([^)]*) stbapp/.exec(navigator.userAgent)[1]].join(' ')")
+                .value);
+    }
+    QVERIFY2(result.contains(answer), result);
+    m_client.end();
+    QCOMPARE(m_client.begin().status, 200);
+}
+
+void TestDriver::badProfiles()
+{
+    QString failure;
+    QCOMPARE(parseProfile("# a box\n\nA=\"b\" c = d \nB=\n", failure),
+             (Profile{{"A", "\"b\" c = d "}, {"B", ""}}));
+    QCOMPARE(failure, QString());
+    for (const char *text : {"A=b\nexport B=c\n", "A=b\n =c\n", "A=b\nB\n"}) {
+        QCOMPARE(parseProfile(text, failure), Profile());
+        QCOMPARE(failure, QString("line 2 is no NAME=VALUE"));
+    }
 }
 
 void TestDriver::crashedProgram()
