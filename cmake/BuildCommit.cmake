@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Run by each build with SOURCE, the top folder, and HEADER: writes the commit that is built to the
 # header, if it changed. Sources outside of a repository of their own have none.
+cmake_policy(VERSION 3.21)
+
 function(git result)
     execute_process(
         COMMAND git ${ARGN}

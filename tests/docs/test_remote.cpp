@@ -85,7 +85,7 @@ private slots:
     void documents()
     {
         const QString document = textOf("docs/remote.md");
-        const QString help = textOf("run.sh");
+        const QString help = textOf("desktop/run/help.sh");
         QSet<int> shown;
         for (const Shown &row : shownRows()) {
             QVERIFY2(document.contains(row.document), qPrintable(row.document));
