@@ -2,12 +2,13 @@
 # Debian packages that building, running and testing need. Sourced by run.sh and test.sh.
 # shellcheck shell=bash disable=SC2034 # the lists are used by those
 
-build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev"
+build_packages="cmake g++ ninja-build qtbase5-dev libqt5webkit5-dev
+  libxcb1-dev libxcb-xtest0-dev pkg-config"
 # What the desktop receiver plays and records with, and what shows the video below the portal.
 # bwrap keeps what they and the pages do out of the files of whoever works here.
 play_packages="mpv ffmpeg picom bubblewrap"
 # What the driver of boxes is built with, and what its boxes run on.
-driver_packages="libcpp-httplib-dev libxcb1-dev libxcb-xtest0-dev pkg-config xvfb"
+driver_packages="libcpp-httplib-dev xvfb"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
 test_packages="mpv ffmpeg xdotool $driver_packages python3-pytest python3-selenium"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/driver/actions.h"
 
-#include "desktop/driver/display.h"
-#include "desktop/driver/key_symbols.h"
+#include "desktop/display/display.h"
+#include "desktop/display/key_symbols.h"
 #include "desktop/driver/webdriver_error.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 
 #include "desktop/driver/box_records.h"
 #include "desktop/driver/capabilities.h"
-#include "desktop/driver/display.h"
+#include "desktop/display/display.h"
 #include "desktop/driver/process.h"
 #include "desktop/driver/profile.h"
 

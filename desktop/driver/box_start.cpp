@@ -169,7 +169,7 @@ void Box::startDisplay(const QSize &screen)
     if (byte != '\n')
         fail("session not created", "Xvfb did not start.");
     m_displayName = ":" + QString::fromLatin1(text.trimmed());
-    m_display = Display::open(m_displayName);
+    m_display = Display::open(m_displayName, Display::Keyboard::Arranged);
     if (!m_display)
         fail("session not created", "The display " + m_displayName + " cannot be used.");
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/driver/plugin/display_mark.h"
 
-#include "desktop/driver/display_mark_format.h"
+#include "desktop/display/display_mark_format.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -11,15 +12,22 @@
 struct xcb_connection_t;
 
 /**
- * The display of a box: presses its keys, moves its pointer and takes its picture. The keyboard
- * is arranged so that every key of the protocol exists without Shift. A lost display makes every
- * function do nothing. One thread at a time.
+ * The display of a box: presses its keys, moves its pointer and takes its picture. A lost display
+ * makes every function do nothing. One thread at a time.
  */
 class Display
 {
 public:
-    /** Connects and arranges the keyboard; none if that fails. Before any program starts there. */
-    static std::unique_ptr<Display> open(const QString &name);
+    enum class Keyboard {
+        Arranged, ///< Every usual key exists without Shift. Before any program starts there.
+        Kept,     ///< A person's own: only keys that give nothing are borrowed for what it lacks.
+    };
+
+    /**
+     * Connects and prepares the keyboard; none if that fails. An arranged display's pointer goes
+     * to the corner.
+     */
+    static std::unique_ptr<Display> open(const QString &name, Keyboard keyboard);
 
     ~Display();
     Display(const Display &) = delete;
@@ -35,13 +43,20 @@ public:
     /** Sends the mark of this number to a window, behind all input so far. */
     void mark(quint32 window, quint32 number);
 
+    /**
+     * The class of the window that keys go to now, as window managers know it; empty if no window
+     * gets them.
+     */
+    QString focusedClass();
+
     /** The whole screen as PNG; empty if it cannot be taken. */
     QByteArray picture();
 
 private:
     Display(xcb_connection_t *connection, quint32 root, quint32 size);
 
-    void arrangeKeyboard();
+    void arrangeKeyboard(Keyboard keyboard);
+    quint32 focusedWindow();
     void setKey(quint8 code, quint32 symbol);
     void fake(quint8 type, quint8 detail, int x = 0, int y = 0);
 
@@ -52,4 +67,6 @@ private:
     QHash<quint32, quint8> m_plain;   ///< Keys by what they give without Shift.
     QHash<quint32, quint8> m_shifted; ///< Keys by what they give with Shift.
     QVector<quint8> m_free;           ///< Keys for further symbols, the longest unused first.
+    QSet<quint8> m_borrowed;          ///< Keys to be given back: they gave nothing before.
+    bool m_isKept = false;
 };

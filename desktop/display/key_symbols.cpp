@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "desktop/driver/key_symbols.h"
+#include "desktop/display/key_symbols.h"
 
 #include <QHash>
 #include <QMap>

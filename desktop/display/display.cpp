@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "desktop/driver/display.h"
+#include "desktop/display/display.h"
 
-#include "desktop/driver/display_mark_format.h"
-#include "desktop/driver/key_symbols.h"
+#include "desktop/display/display_mark_format.h"
+#include "desktop/display/key_symbols.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QSet>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include <xcb/xcb.h>
@@ -38,9 +38,14 @@ QSet<quint8> modifierKeys(xcb_connection_t *connection)
     return result;
 }
 
+bool givesNothing(const xcb_keysym_t *levels, int count)
+{
+    return std::all_of(levels, levels + count, [](xcb_keysym_t symbol) { return symbol == 0; });
+}
+
 } // namespace
 
-std::unique_ptr<Display> Display::open(const QString &name)
+std::unique_ptr<Display> Display::open(const QString &name, Keyboard keyboard)
 {
     int screenNumber = 0;
     xcb_connection_t *connection = xcb_connect(name.toLatin1().constData(), &screenNumber);
@@ -51,8 +56,9 @@ std::unique_ptr<Display> Display::open(const QString &name)
     const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     const quint32 size = quint32(screen->width_in_pixels) << 16 | screen->height_in_pixels;
     std::unique_ptr<Display> display(new Display(connection, screen->root, size));
-    display->arrangeKeyboard();
-    display->movePointer(0, 0);
+    display->arrangeKeyboard(keyboard);
+    if (keyboard == Keyboard::Arranged)
+        display->movePointer(0, 0);
     return display;
 }
 
@@ -64,10 +70,17 @@ Display::Display(xcb_connection_t *connection, quint32 root, quint32 size)
 {
 }
 
-Display::~Display() { xcb_disconnect(m_connection); }
-
-void Display::arrangeKeyboard()
+Display::~Display()
 {
+    for (const quint8 code : std::as_const(m_borrowed))
+        setKey(code, 0);
+    xcb_flush(m_connection);
+    xcb_disconnect(m_connection);
+}
+
+void Display::arrangeKeyboard(Keyboard keyboard)
+{
+    m_isKept = keyboard == Keyboard::Kept;
     const xcb_setup_t *setup = xcb_get_setup(m_connection);
     const quint8 first = setup->min_keycode;
     const int count = setup->max_keycode - setup->min_keycode + 1;
@@ -81,16 +94,21 @@ void Display::arrangeKeyboard()
     for (int index = 0; index < count; ++index) {
         const auto code = quint8(first + index);
         const xcb_keysym_t *levels = symbols + std::ptrdiff_t(index) * mapping->keysyms_per_keycode;
-        const bool wanted = kept.contains(levels[0]) && !m_plain.contains(levels[0]);
-        if (!wanted && !modifiers.contains(code)) {
+        const bool isKnown = m_isKept ? levels[0] != 0 : kept.contains(levels[0]);
+        const bool isWanted = isKnown && !m_plain.contains(levels[0]);
+        const bool isFree =
+            m_isKept ? givesNothing(levels, mapping->keysyms_per_keycode) : !isWanted;
+        if (isFree && !modifiers.contains(code)) {
             m_free += code;
             continue;
         }
-        if (kept.contains(levels[0]) && !m_plain.contains(levels[0]))
+        if (isWanted)
             m_plain[levels[0]] = code;
         if (mapping->keysyms_per_keycode > 1 && !m_shifted.contains(levels[1]))
             m_shifted[levels[1]] = code;
     }
+    if (m_isKept)
+        return;
     // Most characters have their key before a program reads the keyboard.
     const auto symbolsInUse = usualSymbols();
     for (const quint32 symbol : symbolsInUse) {
@@ -124,6 +142,8 @@ quint8 Display::keyFor(quint32 symbol, bool shift)
     m_free.append(code);
     m_plain.remove(m_plain.key(code, 0));
     m_plain[symbol] = code;
+    if (m_isKept)
+        m_borrowed.insert(code);
     setKey(code, symbol);
     return code;
 }
@@ -158,6 +178,43 @@ void Display::mark(quint32 window, quint32 number)
     event.data.data32[1] = number;
     xcb_send_event(m_connection, 0, window, 0, reinterpret_cast<const char *>(&event));
     xcb_flush(m_connection);
+}
+
+quint32 Display::focusedWindow()
+{
+    const auto focus =
+        owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    if (!focus)
+        return 0;
+    if (focus->focus != XCB_INPUT_FOCUS_POINTER_ROOT && focus->focus != m_root)
+        return focus->focus;
+    // Without a window manager keys go to the window below the pointer.
+    const auto pointer = owned(
+        xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, m_root), nullptr));
+    return pointer ? pointer->child : 0;
+}
+
+QString Display::focusedClass()
+{
+    constexpr quint32 longest = 256; // In units of four bytes.
+    quint32 window = focusedWindow();
+    while (window != 0 && window != m_root) {
+        const auto property = owned(
+            xcb_get_property_reply(m_connection,
+                                   xcb_get_property(m_connection, 0, window, XCB_ATOM_WM_CLASS,
+                                                    XCB_ATOM_STRING, 0, longest),
+                                   nullptr));
+        const int size = property ? xcb_get_property_value_length(property.get()) : 0;
+        if (size > 0) {
+            // Two texts with a NUL behind each, the second being the class.
+            const auto *text = static_cast<const char *>(xcb_get_property_value(property.get()));
+            return QString::fromLatin1(QByteArray(text, size).split('\0').value(1));
+        }
+        const auto tree = owned(
+            xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+        window = tree ? tree->parent : 0;
+    }
+    return {};
 }
 
 QByteArray Display::picture()
