@@ -5,7 +5,7 @@ var Actions = (function () {
 
     var actions = {
         toggleLog: function () {
-            EventLog.show(!EventLog.isShown());
+            EventLog.toggle(Pager.current() === 'video');
         },
         toggleRoute: function () {
             Player.toggleRoute();

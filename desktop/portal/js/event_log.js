@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-/* The panel with the events that reached the page, newest first. */
+/*
+ * The panel with the events that reached the page, newest first. It belongs to the menu and the
+ * recordings; over the video, which it would hide, it comes only when it is asked for there.
+ */
 var EventLog = (function () {
     'use strict';
 
     var mostRows = 40;
-
-    function twoDigits(number) {
-        return (number < 10 ? '0' : '') + number;
-    }
-
-    function clock(date) {
-        return twoDigits(date.getHours()) + ':' + twoDigits(date.getMinutes()) + ':' +
-            twoDigits(date.getSeconds());
-    }
 
     function cell(className, text) {
         var span = document.createElement('span');
@@ -27,7 +21,7 @@ var EventLog = (function () {
             var rows = document.getElementById('eventRows');
             var row = document.createElement('div');
             row.className = 'event_row';
-            row.appendChild(cell('event_time', clock(new Date())));
+            row.appendChild(cell('event_time', Texts.clock(new Date())));
             row.appendChild(cell('event_code', code));
             row.appendChild(cell('event_meaning', meaning));
             rows.insertBefore(row, rows.firstChild);
@@ -35,12 +29,13 @@ var EventLog = (function () {
                 rows.removeChild(rows.lastChild);
             }
         },
-        show: function (shown) {
-            document.body.classList[shown ? 'add' : 'remove']('log_shown');
+        /* Shows the panel beside the menu. */
+        show: function () {
+            document.body.classList.add('log_shown');
         },
-        isShown: function () {
-            return document.body.classList.contains('log_shown');
-        },
-        clock: clock
+        /* Switches the panel of the menu, or the one over the video. */
+        toggle: function (isOverVideo) {
+            document.body.classList.toggle(isOverVideo ? 'log_over_video' : 'log_shown');
+        }
     };
 }());

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * A column of form rows. A row is {kind, name, label, ...} with kind
- * 'choice': options, a list of {value, label}; left and right step through them,
+ * 'choice': options, a list of {value, label}; left and right step through them, and changed(value),
+ *           if there is one, hears of each step,
  * 'text': typed with the on-screen keyboard,
  * 'button': press() is called for OK.
  */
@@ -16,6 +17,9 @@ var Form = (function () {
         var item = form.list.items[form.list.data.indexOf(row)];
         row.index = (row.index + by + row.options.length) % row.options.length;
         showChoice(item, row);
+        if (row.changed) {
+            row.changed(row.options[row.index].value);
+        }
     }
 
     function renderText(item, row) {

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * The globals that the box's own scripts use: it reads stb and module before it translates the
- * channel keys, changes key and stb.profile, and reports events through stbEvent and _debug.
+ * Besides key, the globals that the box's own scripts use: it reads stb and module before it
+ * translates the channel keys, changes stb.profile, and reports events through stbEvent and _debug.
+ * A portal without them gets a script error instead of an event.
  */
 var stb = {
     player: {active_time_shift: false},
     profile: {},
+    /* 'tv' where the channel keys are to arrive as Tab and Shift+Tab. */
     cur_place: 'main_menu'
 };
-
-var key = {EXIT: 8, BACK: 8, OK: 13, LEFT: 37, UP: 38, RIGHT: 39, DOWN: 40};
 
 var module = {
     tv: {
         dom_obj: {
+            /* False while a menu lies over the TV picture, which then keeps the channel keys. */
             isHidden: function () {
                 return Pager.current() === 'video';
             }
@@ -21,8 +22,9 @@ var module = {
     }
 };
 
+/* What the box's scripts have to say is for developers: it goes to the box's log. */
 function _debug() {
-    EventLog.add('debug', Array.prototype.slice.call(arguments).join(' '));
+    Box.stb('Debug', Array.prototype.slice.call(arguments).join(' '));
 }
 
 var stbEvent = (function () {
@@ -38,24 +40,37 @@ var stbEvent = (function () {
         '39': 'recording started'
     };
     var listeners = [];
+    var messageListeners = [];
+
+    /* Events of recordings come with JSON text, as {"id":5}. */
+    function taskOf(params) {
+        var id = Box.parse(params, {}).id;
+        return id === undefined ? '' : ', task ' + id;
+    }
 
     return {
         /* The last code. */
         event: 0,
         onEvent: function (code, params) {
-            var meaning = meanings[code] || 'unknown event';
             stbEvent.event = Number(code);
-            EventLog.add(String(code), params ? meaning + ' ' + params : meaning);
+            EventLog.add(String(code), (meanings[code] || 'unknown event') + taskOf(params));
             listeners.forEach(function (listener) {
                 listener(Number(code), params);
             });
         },
         onBroadcastMessage: function (windowId, message) {
             EventLog.add('msg', message + ' (window ' + windowId + ')');
+            messageListeners.forEach(function (listener) {
+                listener(message);
+            });
         },
         /* listener(code, params) hears every event from now on. */
         listen: function (listener) {
             listeners.push(listener);
+        },
+        /* listener(message) hears every message from now on, as "storage.mount". */
+        listenToMessages: function (listener) {
+            messageListeners.push(listener);
         }
     };
 }());

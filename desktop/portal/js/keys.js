@@ -1,36 +1,42 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * Keys of the remote control. Colour keys arrive as Ctrl+F1 to Ctrl+F4 and the media keys as
- * letters with Alt; an ordinary browser sends the plain function keys.
+ * From the keys of the remote control to actions. Colour keys arrive as Ctrl+F1 to Ctrl+F4 and the
+ * media keys as letters with Alt; an ordinary browser sends the plain function keys.
  */
 (function () {
     'use strict';
 
-    var colourKeys = {112: 'toggleLog', 113: 'toggleRoute', 114: 'openTracks', 115: 'toggleFullScreen'};
-    var altKeys = {
-        82: 'togglePause', // R
-        83: 'stop', // S
-        66: 'seekBack', // B
-        70: 'seekForward', // F
-        89: 'toggleFullScreen', // Y, the Info key
-        76: 'openTracks', // L
-        71: 'openKeys', // G
-        96: 'toggleMute',
-        192: 'toggleMute'
-    };
-    var plainKeys = {107: 'volumeUp', 109: 'volumeDown', 187: 'volumeUp', 189: 'volumeDown'};
-    var channelKey = 9;
-    // The box sets key.EXIT to this for the first portal only; later ones get the key all the same.
-    var escape = 27;
+    var plainKeys = {};
+    var altKeys = {};
+
+    plainKeys[key.RED] = 'toggleLog';
+    plainKeys[key.GREEN] = 'toggleRoute';
+    plainKeys[key.YELLOW] = 'openTracks';
+    plainKeys[key.BLUE] = 'toggleFullScreen';
+    plainKeys[key.VOLUME_UP] = plainKeys[key.PLUS] = 'volumeUp';
+    plainKeys[key.VOLUME_DOWN] = plainKeys[key.MINUS] = 'volumeDown';
+    plainKeys[key.FAVOURITES] = 'openFavourites';
+    altKeys[key.PLAY_PAUSE] = 'togglePause';
+    altKeys[key.STOP] = 'stop';
+    altKeys[key.REWIND] = 'seekBack';
+    altKeys[key.FORWARD] = 'seekForward';
+    altKeys[key.INFO] = 'toggleFullScreen';
+    altKeys[key.AUDIO] = 'openTracks';
+    altKeys[key.HELP] = 'openKeys';
+    altKeys[key.MUTE] = altKeys[key.MUTE_KEY] = 'toggleMute';
 
     function actionOf(event) {
         if (event.altKey) {
             return altKeys[event.keyCode];
         }
-        if (event.keyCode === channelKey) {
+        if (event.keyCode === key.CHANNEL) {
             return event.shiftKey ? 'previous' : 'next';
         }
-        return colourKeys[event.keyCode] || plainKeys[event.keyCode];
+        // With Ctrl the box says that it goes to stand-by.
+        if (event.keyCode === key.FAVOURITES && event.ctrlKey) {
+            return undefined;
+        }
+        return plainKeys[event.keyCode];
     }
 
     /* True when the key did something or would do harm if the engine took it. */
@@ -44,7 +50,7 @@
             return false;
         }
         if (event.keyCode === key.BACK || event.keyCode === key.EXIT ||
-                event.keyCode === escape) {
+                event.keyCode === key.ESCAPE) {
             Pager.back();
             return true;
         }

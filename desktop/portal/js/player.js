@@ -85,18 +85,20 @@ var Player = (function () {
                 Box.player(paused ? 'resume' : 'pause');
             }
         },
-        /* Moves by some seconds, negative ones back; within the medium. */
+        /* Moves by some seconds, negative ones back; within the medium, and never in a live one. */
         seekBy: function (seconds) {
             var length = Player.length();
             var target = Math.max(0, Player.position() + seconds);
-            Box.stb('SetPosTime', length > 0 ? Math.min(length, target) : target);
+            if (entry && !entry.live) {
+                Box.stb('SetPosTime', length > 0 ? Math.min(length, target) : target);
+            }
         },
         position: function () {
             return Box.stb('GetPosTime') || 0;
         },
         /* 0 where there is no length. */
         length: function () {
-            return Box.stb('GetMediaLen') || 0;
+            return entry && entry.live ? 0 : Box.stb('GetMediaLen') || 0;
         },
         /* The video window in px of a 1280 px wide screen; null is the full screen. */
         setWindow: function (place) {

@@ -17,12 +17,17 @@ var PlayerBar = (function () {
         });
     }
 
-    function time(seconds) {
-        var hours = Math.floor(seconds / 3600);
-        var minutes = Math.floor(seconds / 60) % 60;
-        var rest = seconds % 60;
-        return (hours > 0 ? hours + ':' + (minutes < 10 ? '0' : '') : '') + minutes + ':' +
-            (rest < 10 ? '0' : '') + rest;
+    /* "0:12 / 1:00", or what is known of that. */
+    function times(entry, position, length) {
+        if (!entry || entry.live) {
+            return entry ? 'live' : '';
+        }
+        return Texts.duration(position) + (length > 0 ? ' / ' + Texts.duration(length) : '');
+    }
+
+    function hint(entry) {
+        return 'OK pauses' + (entry && entry.live ? '' : ', left and right go 10 seconds back and on') +
+            ', up and down change the channel, Back leaves the video; through ' + Player.route();
     }
 
     function setProgress(position, length) {
@@ -40,8 +45,8 @@ var PlayerBar = (function () {
             var length = entry ? Player.length() : 0;
             setText('.now_title', entry ? entry.title : '');
             setText('.now_state', stateNames[state] || '');
-            setText('.now_time', !entry ? '' : time(position) + (length > 0 ? ' / ' + time(length) : ' live'));
-            setText('.bar_hint', 'through ' + Player.route() + ' - OK pauses, left and right seek by 10 s, Back leaves the video');
+            setText('.now_time', times(entry, position, length));
+            setText('.bar_hint', hint(entry));
             setProgress(position, length);
             document.body.setAttribute('data-state', entry ? stateNames[state].toLowerCase() : 'stopped');
         },

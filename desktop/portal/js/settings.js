@@ -7,7 +7,7 @@ var Settings = (function () {
     'use strict';
 
     var names = ['language', 'timezone_conf', 'clock_format', 'portal_name', 'portal_note',
-        'favourite', 'favourite_autostart', 'saved_at'];
+        'favourite', 'favourite_autostart', 'recordings_at_once', 'saved_at'];
     var values = {};
     var listeners = [];
 

@@ -5,17 +5,13 @@ var StorageBars = (function () {
 
     var most = 4;
 
-    function gigabytes(bytes) {
-        return (bytes / 1e9).toFixed(bytes < 1e10 ? 1 : 0) + ' GB';
-    }
-
     function add(parent, volume) {
         var size = Number(volume.size) || 0;
         var free = Number(volume.freeSize) || 0;
         var row = Rows.add(parent, 'div', 'storage_row', '');
         var bar;
         Rows.add(row, 'span', 'storage_name', volume.label + '  ' + volume.mountPath);
-        Rows.add(row, 'span', 'storage_free', gigabytes(free) + ' of ' + gigabytes(size) + ' free');
+        Rows.add(row, 'span', 'storage_free', Texts.bytes(free) + ' of ' + Texts.bytes(size) + ' free');
         bar = Rows.add(row, 'div', 'progress', '');
         Rows.add(bar, 'div', 'progress_done', '').style.width =
             (size > 0 ? Math.min(100, 100 * (size - free) / size) : 0) + '%';

@@ -6,15 +6,11 @@
 (function () {
     'use strict';
 
-    var keys = {BACK: 8, OK: 13, ESCAPE: 27, UP: 38, DOWN: 40};
     var favourite = document.getElementById('favourite');
     var autostart = document.getElementById('autostart');
     var state = document.getElementById('state');
-    var controls = [favourite, autostart, document.getElementById('close')];
-
-    function scale() {
-        document.documentElement.style.fontSize = 20 * window.innerHeight / 720 + 'px';
-    }
+    var closeButton = document.getElementById('close');
+    var controls = [favourite, autostart, closeButton];
 
     function fill() {
         var values = Settings.read();
@@ -55,21 +51,21 @@
         if (document.activeElement === autostart) {
             autostart.checked = !autostart.checked;
             save();
-        } else if (document.activeElement === controls[2]) {
+        } else if (document.activeElement === closeButton) {
             close();
         }
     }
 
     var handlers = {};
-    handlers[keys.UP] = function () {
+    handlers[key.UP] = function () {
         moveFocus(-1);
     };
-    handlers[keys.DOWN] = function () {
+    handlers[key.DOWN] = function () {
         moveFocus(1);
     };
-    handlers[keys.OK] = choose;
-    handlers[keys.BACK] = close;
-    handlers[keys.ESCAPE] = close;
+    handlers[key.OK] = choose;
+    handlers[key.BACK] = close;
+    handlers[key.ESCAPE] = close;
 
     document.addEventListener('keydown', function (event) {
         if (handlers[event.keyCode] && !event.altKey && !event.ctrlKey) {
@@ -79,10 +75,8 @@
     });
     favourite.addEventListener('change', save);
     autostart.addEventListener('change', save);
-    controls[2].addEventListener('click', close);
-    window.addEventListener('resize', scale);
+    closeButton.addEventListener('click', close);
 
-    scale();
     fill();
     favourite.focus();
 }());

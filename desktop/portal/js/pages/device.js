@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/* What the box tells of itself, and how full its storage is. */
+/* Everything that the box tells of itself, and how full its storage is. */
 (function () {
     'use strict';
 
@@ -14,42 +14,62 @@
     /* Two answers in one row; without a box none. */
     function both(first, second) {
         return function () {
-            return Box.isPresent() ? text(first()) + ', ' + text(second()) : undefined;
+            return Box.isPresent() ? text(first()) + ' / ' + text(second()) : undefined;
         };
     }
 
-    var identity = [
-        ['Version', ask('Version')],
-        ['Vendor and model', both(ask('GetDeviceVendor'), ask('GetDeviceModel'))],
-        ['Serial number', ask('GetDeviceSerialNumber')],
-        ['Hardware', ask('GetDeviceVersionHardware')],
-        ['Image', ask('GetDeviceImageDesc')],
-        ['Image version, date', both(ask('GetDeviceImageVersion'), ask('RDir', 'ImageDate'))],
-        ['Software version', ask('RDir', 'Img_Ver')]
-    ];
-    var network = [
-        ['MAC address', ask('GetDeviceMacAddress')],
-        ['IP address', ask('RDir', 'IPAddress')],
-        ['Gateway', ask('GetNetworkGateways')],
-        ['Name server', ask('GetNetworkNameServers')],
-        ['Cable connected', ask('GetLanLinkStatus')],
-        ['Display connected', ask('GetHDMIConnectionState')],
-        ['Video and menu mode', both(ask('RDir', 'vmode'), ask('RDir', 'gmode'))]
-    ];
-    var identifiers = [
-        ['GetUID()', ask('GetUID')],
-        ['GetUID("device_id")', ask('GetUID', 'device_id')],
-        ['GetUID("portal")', ask('GetUID', 'portal')],
-        ['GetUID("portal", "token")', ask('GetUID', 'portal', 'token')],
-        ['GetHashVersion1("demo", "1")', ask('GetHashVersion1', 'demo', '1')]
-    ];
+    var tables = {
+        deviceIdentity: [
+            ['Vendor', ask('GetDeviceVendor')],
+            ['Model', ask('GetDeviceModel')],
+            ['Extended model', ask('GetDeviceModelExt')],
+            ['Hardware', ask('GetDeviceVersionHardware')],
+            ['Serial number', ask('GetDeviceSerialNumber')],
+            ['Version', ask('Version')],
+            ['Software version', ask('RDir', 'Img_Ver')]
+        ],
+        deviceImage: [
+            ['Image', ask('GetDeviceImageDesc')],
+            ['Image version', ask('GetDeviceImageVersion')],
+            ['Running version', ask('GetDeviceImageVersionCurrent')],
+            ['Image date', ask('RDir', 'ImageDate')],
+            ['Active bank', ask('GetDeviceActiveBank')],
+            ['Partitions', ask('RDir', 'getenv mtdparts')],
+            ['Time server', ask('RDir', 'getenv ntpurl')]
+        ],
+        deviceNetwork: [
+            ['MAC address', ask('GetDeviceMacAddress')],
+            ['IP address', ask('RDir', 'IPAddress')],
+            ['Gateway', ask('GetNetworkGateways')],
+            ['Name server', ask('GetNetworkNameServers')],
+            ['Cable / Wi-Fi', both(ask('GetLanLinkStatus'), ask('GetWifiLinkStatus'))],
+            ['PPPoE', ask('GetPppoeLinkStatus')],
+            ['Display', ask('GetHDMIConnectionState')]
+        ],
+        deviceScreen: [
+            ['Video / menu mode', both(ask('RDir', 'vmode'), ask('RDir', 'gmode'))],
+            ['Page', function () {
+                return window.innerWidth + ' \u00d7 ' + window.innerHeight;
+            }],
+            ['Browser', function () {
+                return navigator.userAgent;
+            }]
+        ],
+        deviceIdentifiers: [
+            ['GetUID()', ask('GetUID')],
+            ['GetUID("device_id")', ask('GetUID', 'device_id')],
+            ['GetUID("portal")', ask('GetUID', 'portal')],
+            ['GetUID("portal", "token")', ask('GetUID', 'portal', 'token')],
+            ['GetHashVersion1("demo", "1")', ask('GetHashVersion1', 'demo', '1')]
+        ]
+    };
 
     function text(value) {
         if (value === undefined) {
             return Box.isPresent() ? '(not offered)' : '(no box)';
         }
         if (typeof value === 'boolean') {
-            return value ? 'yes' : 'no';
+            return value ? 'connected' : 'not connected';
         }
         return value === '' ? '(empty)' : String(value);
     }
@@ -69,9 +89,9 @@
     Pager.register('device', {
         element: document.getElementById('page_device'),
         open: function () {
-            fill('deviceIdentity', identity);
-            fill('deviceNetwork', network);
-            fill('deviceIdentifiers', identifiers);
+            Object.keys(tables).forEach(function (id) {
+                fill(id, tables[id]);
+            });
             // After the page has been painted, since a silent receiver costs three seconds.
             document.getElementById('storageBars').textContent = 'Asking the receiver ...';
             setTimeout(StorageBars.show, 50);

@@ -13,13 +13,9 @@
         return path.charAt(path.length - 1) === '/' ? path : path + '/';
     }
 
-    function sizeText(bytes) {
-        return bytes < 1e6 ? Math.ceil(bytes / 1e3) + ' kB' : (bytes / 1e6).toFixed(1) + ' MB';
-    }
-
     function render(item, entry) {
         item.classList.add(entry.folder ? 'row_folder' : 'row_file');
-        Rows.pair(item, entry.name, entry.folder ? 'folder' : sizeText(entry.size));
+        Rows.pair(item, entry.name, entry.folder ? 'folder' : Texts.bytes(entry.size));
     }
 
     function show() {
@@ -29,7 +25,8 @@
         });
         document.getElementById('mediaPath').textContent = folder;
         document.getElementById('mediaState').textContent = content.problem ||
-            (content.entries.length - files.length) + ' folders, ' + files.length + ' files';
+            Texts.count(content.entries.length - files.length, 'folder') + ', ' +
+            Texts.count(files.length, 'file');
         document.getElementById('mediaState').className =
             'state_text' + (content.problem ? ' bad' : '');
         Focus.fill(list, content.entries);
@@ -60,6 +57,13 @@
         show();
         select(parts[2]);
     }
+
+    // A disk that comes or goes is seen at once.
+    stbEvent.listenToMessages(function (message) {
+        if (/^storage\./.test(message) && Pager.current() === 'media') {
+            show();
+        }
+    });
 
     Pager.register('media', {
         element: document.getElementById('page_media'),

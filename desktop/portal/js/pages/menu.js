@@ -18,10 +18,12 @@
         {glyph: '\u25a4', label: 'Media', action: 'openMedia'},
         {glyph: '\u25cf', label: 'Recordings', action: 'openRecordings'},
         {glyph: '\u2605', label: 'Favourites', action: 'openFavourites'},
+        {glyph: '\u266a', label: 'Tracks', action: 'openTracks'},
         {glyph: '\u2699', label: 'Settings', action: 'openSettings'},
-        {glyph: '\u2139', label: 'Device', action: 'openDevice'}
+        {glyph: '\u2139', label: 'Device', action: 'openDevice'},
+        {glyph: '\u2328', label: 'Keys', action: 'openKeys'}
     ];
-    var tileColumns = 3;
+    var tileColumns = 4;
     var tileGrid = Focus.list('tileGrid', renderTile, chooseButton);
     var entryList = Focus.list('entryList', renderEntry, chooseEntry);
     var buttonRow = Focus.list('buttonRow', renderButton, chooseButton);

@@ -3,7 +3,8 @@
 (function () {
     'use strict';
 
-    var recordingEvents = {34: 'finished', 35: 'failed', 39: 'started'};
+    var eventTexts = {34: ' is finished.', 35: ' has failed.', 39: ' has begun.'};
+    var failedEvent = 35;
     var form = Form.create('recordingForm', [
         {kind: 'choice', name: 'entry', label: 'Record', options: Entries.map(function (entry) {
             return {value: entry.uri, label: entry.title};
@@ -11,8 +12,10 @@
         {kind: 'text', name: 'fileName', label: 'File name, or none', value: ''},
         {kind: 'choice', name: 'minutes', label: 'From now, for', options: numbers([1, 10, 30, 60, 120], ' min')},
         {kind: 'button', label: 'Create', press: create},
-        {kind: 'choice', name: 'most', label: 'At most at a time', options: numbers([1, 2, 5, 100], '')},
-        {kind: 'button', label: 'Set this limit', press: setMost}
+        {kind: 'choice', name: 'most', label: 'At most at a time', options: numbers([1, 2, 5, 100], ''),
+            changed: function (value) {
+                report(RecordingTasks.setMost(value));
+            }}
     ]);
     var tasks = Focus.list('recordingTasks', renderTask, function () {
         Focus.activate(taskActions);
@@ -31,8 +34,9 @@
     }
 
     function renderTask(item, task) {
-        Rows.text(item, task.id + '  ' + (task.fileName || task.url), RecordingTasks.clock(task.startTime) +
-            ' to ' + RecordingTasks.clock(task.endTime) + ', ' + RecordingTasks.stateName(task));
+        Rows.text(item, RecordingTasks.title(task), 'task ' + task.id + ', ' +
+            RecordingTasks.clock(task.startTime) + ' to ' + RecordingTasks.clock(task.endTime) +
+            ', ' + RecordingTasks.stateText(task));
         item.classList.add('task_' + RecordingTasks.stateName(task));
     }
 
@@ -44,8 +48,10 @@
 
     function refresh() {
         Focus.fill(tasks, RecordingTasks.all());
-        document.getElementById('recordingCount').textContent =
-            tasks.items.length === 0 ? 'No recordings' : 'Recordings: ' + tasks.items.length;
+        document.getElementById('recordingCount').textContent = tasks.items.length === 0 ?
+            'No recordings' : Texts.count(tasks.items.length, 'recording');
+        document.getElementById('taskActions').style.visibility =
+            tasks.items.length === 0 ? 'hidden' : 'visible';
         if (tasks.items.length === 0 && !Focus.isActive(form.list)) {
             Focus.activate(form.list);
         }
@@ -53,27 +59,18 @@
 
     function create() {
         var values = Form.values(form);
-        report(RecordingTasks.create(Player.resolve(values.entry), values.fileName, Number(values.minutes)));
+        var entry = Entries.filter(function (one) {
+            return one.uri === values.entry;
+        })[0];
+        report(RecordingTasks.create(entry, values.fileName, Number(values.minutes)));
         refresh();
     }
 
-    function setMost() {
-        var most = Form.values(form).most;
-        RecordingTasks.setMost(Number(most));
-        report(Box.isPresent() ? {good: true, text: 'Asked for at most ' + most + ' at a time.'} :
-            {good: false, text: 'No box: nothing is recorded.'});
-    }
-
-    function remove(type, text) {
-        return function (task) {
-            RecordingTasks.remove(task, type);
-            return {good: true, text: 'Asked to remove task ' + task.id + text + '.'};
-        };
-    }
-
     function act(action) {
-        if (tasks.items.length > 0) {
-            report(action.run(tasks.data[tasks.index]));
+        var task = tasks.data[tasks.index];
+        var outcome = task && action.run(task);
+        if (outcome) {
+            report(outcome);
             refresh();
         }
     }
@@ -108,21 +105,35 @@
         }
     }
 
+    /* Opens the video over this page; what cannot be played yet gets a line instead. */
+    function play(task) {
+        var entry = RecordingTasks.recorded(task);
+        if (!entry) {
+            return {good: false, text: 'Task ' + task.id + ' has recorded nothing yet.'};
+        }
+        Video.play(entry);
+        return null;
+    }
+
     Focus.fill(taskActions, [
+        {label: 'Play', run: play},
         {label: 'End +10 min', run: function (task) {
             return RecordingTasks.moveEnd(task, 10);
         }},
-        {label: 'End -10 min', run: function (task) {
+        {label: 'End \u221210 min', run: function (task) {
             return RecordingTasks.moveEnd(task, -10);
         }},
-        {label: 'Remove', run: remove(RecordingTasks.removeTask, ', keeping its file')},
-        {label: 'Remove with file', run: remove(RecordingTasks.removeTaskAndFile, ' and its file')}
+        {label: 'Remove', run: function (task) {
+            return RecordingTasks.remove(task, false);
+        }},
+        {label: 'Delete file', run: function (task) {
+            return RecordingTasks.remove(task, true);
+        }}
     ]);
 
-    stbEvent.listen(function (code) {
-        if (recordingEvents[code] && Pager.current() === 'recordings') {
-            report({good: code !== 35, text: 'Recording ' + recordingEvents[code] + ' ' +
-                RecordingTasks.eventText() + '.'});
+    stbEvent.listen(function (code, params) {
+        if (eventTexts[code] && Pager.current() === 'recordings') {
+            report({good: code !== failedEvent, text: 'Task ' + Box.parse(params, {}).id + eventTexts[code]});
             // The box waits for the receiver here, so not from within the event itself.
             setTimeout(refresh, 0);
         }
@@ -130,8 +141,14 @@
 
     Pager.register('recordings', {
         element: document.getElementById('page_recordings'),
-        open: function () {
-            Focus.activate(form.list);
+        open: function (previous) {
+            if (previous !== 'video') {
+                Settings.read();
+                RecordingTasks.applyMost();
+                Form.assign(form, {most: RecordingTasks.most()});
+                report({good: true, text: ''});
+            }
+            Focus.activate(previous === 'video' ? taskActions : form.list);
             refresh();
         },
         close: TextField.finish,

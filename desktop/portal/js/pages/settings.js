@@ -48,7 +48,7 @@
         if (!Box.isPresent()) {
             report('bad', 'No box: nothing can be kept.');
         } else if (time > 0) {
-            report('good', 'Kept by the box, last saved at ' + EventLog.clock(new Date(time)) + '.');
+            report('good', 'Kept by the box, last saved at ' + Texts.clock(new Date(time)) + '.');
         } else {
             report('', 'Nothing is saved yet; these are the defaults of the box.');
         }
