@@ -11,7 +11,7 @@ export VESPREL_RUN_AS=$0
 
 read_options "$@"
 
-targets="vesprel vesprel-receiver vesprel-inspector"
+targets="vesprel vesprel-receiver vesprel-inspector vesprel-fresh-pages"
 packages=$build_packages
 [ -z "$screenshot" ] || packages="$packages $screenshot_packages"
 if [ -n "$driver" ]; then

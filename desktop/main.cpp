@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
+#include "desktop/console/one_line.h"
 #include "desktop/console/script.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/receiver.h"
@@ -9,6 +10,7 @@
 #include "desktop/recordings/memory_recordings.h"
 #include "desktop/screen/screen.h"
 #include "desktop/termination_signals.h"
+#include "desktop/watch/folder_watch.h"
 #include "platform/box_paths.h"
 
 #include <QFile>
@@ -86,7 +88,7 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
     const QString failure = server.listen(path);
     if (!failure.isEmpty())
         return failWith(failure);
-    const Screen screen = openScreen();
+    const Screen screen = openScreen(options.isSilent);
     if (options.player == Player::Mpv && !screen.plane)
         return failWith("--player=mpv needs mpv and an X display.");
     const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
@@ -113,6 +115,16 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
                          &Receiver::leaveNotice);
         QObject::connect(&receiver, &Receiver::standbyChanged, screen.cover.get(),
                          &StandbyCover::setVisible);
+    }
+    FolderWatch watch;
+    QObject::connect(&watch, &FolderWatch::changed, &receiver, [&receiver](const QString &name) {
+        printLine(stdout, "changed: " + oneLine(name));
+        receiver.reloadPortal();
+    });
+    if (!options.watchedFolder.isEmpty()) {
+        const QString watchFailure = watch.start(options.watchedFolder);
+        if (!watchFailure.isEmpty())
+            printLine(stdout, watchFailure);
     }
     printLine(
         stdout,

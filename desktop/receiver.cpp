@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/receiver.h"
 
+#include "desktop/console/one_line.h"
 #include "desktop/link/message_text.h"
 #include "desktop/link/payload.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/player/media_player.h"
 #include "desktop/recordings/recording_requests.h"
 #include "desktop/recordings/storage_information.h"
+#include "desktop/recordings/usb_disks.h"
+
+#include <QUrl>
 
 #include <utility>
 
@@ -22,6 +26,7 @@ Receiver::Receiver(ProtocolServer &server, MediaPlayer &player, Recordings &reco
     connect(&m_server, &ProtocolServer::lastPeerLeft, this, &Receiver::forgetProgram);
     connectPlayer();
     connectRecordings();
+    connectProbe();
 }
 
 void Receiver::forgetProgram()
@@ -29,6 +34,7 @@ void Receiver::forgetProgram()
     // With nobody left to stop it, playback would go on for ever and report to nobody.
     m_player.stop();
     m_isAnnounced = false;
+    m_probe.stop();
     setStandby(false);
     showNotice(QString(), false);
     m_viewport = {};
@@ -64,6 +70,26 @@ void Receiver::connectRecordings()
     connect(&m_recordings, &Recordings::finished, this, sendId(Event::PvrRecordingFinished));
     connect(&m_recordings, &Recordings::failed, this, sendId(Event::PvrRecordingError));
     connect(&m_recordings, &Recordings::message, this, &Receiver::message);
+}
+
+void Receiver::connectProbe()
+{
+    connect(&m_probe, &PortalProbe::failed, this, [this](const QString &reason) {
+        const QString portal = QString::fromUtf8(m_current);
+        emit message(QString("cannot load %1: %2; it is loaded as soon as it is there")
+                         .arg(oneLine(portal), oneLine(reason)));
+        showNotice(
+            QString("The portal could not be loaded:\n%1\n\n%2\n\nIt is loaded as soon as it "
+                    "is there.\nPress a key to try it now.")
+                .arg(portal, reason),
+            true);
+    });
+    connect(&m_probe, &PortalProbe::answered, this, [this](bool hadFailed) {
+        if (hadFailed)
+            announce(m_current);
+        else
+            emit message("cannot load something that the portal asks for; the portal is there");
+    });
 }
 
 /** What one command does. */
@@ -126,7 +152,7 @@ constexpr Receiver::CommandHandler Receiver::commandHandlers[] = {
     {Command::PvrGetTasksByIds, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrGetTasksByIds, recordingsByIds(r.m_recordings, p)); }},
     {Command::PvrSetMaxRecordingCount, [](Receiver &r, const QByteArray &p) { r.answer(Command::PvrSetMaxRecordingCount, setMostRecordings(r.m_recordings, p)); }},
     {Command::PvrGetAllTasks,   [](Receiver &r, const QByteArray &)  { r.answer(Command::PvrGetAllTasks, allRecordings(r.m_recordings)); }},
-    {Command::Reboot,  [](Receiver &r, const QByteArray &) { r.announcePortal(); }},
+    {Command::Reboot,  [](Receiver &r, const QByteArray &) { r.announce(r.m_portal); }},
     {Command::Standby, [](Receiver &r, const QByteArray &) { r.m_server.send(r.m_isStandby ? Event::PowerOn : Event::PowerOff); r.setStandby(!r.m_isStandby); }},
     {Command::RunApp,  [](Receiver &r, const QByteArray &p) { r.showApplication(commandText(p)); }},
     {Command::Exit,    [](Receiver &r, const QByteArray &)  { r.showNotice("The portal was left.\n\nPress a key to go back to it.", true); }},
@@ -155,13 +181,25 @@ void Receiver::setSubtitleLanguage(int rank, const QByteArray &payload)
     m_player.setSubtitleLanguages(m_subtitleLanguages);
 }
 
-void Receiver::announcePortal()
+void Receiver::announce(const QByteArray &url)
 {
-    if (m_portal.isEmpty())
+    if (url.isEmpty())
         return;
+    m_current = url;
     m_isAnnounced = true;
+    m_probe.stop();
     showNotice(QString(), false);
-    m_server.send(Event::NewPortal, m_portal);
+    m_server.send(Event::NewPortal, url);
+}
+
+void Receiver::reloadPortal()
+{
+    if (m_current.isEmpty()) {
+        emit message("there is no portal to load again");
+        return;
+    }
+    m_player.stop();
+    announce(m_current);
 }
 
 void Receiver::setStandby(bool isStandby)
@@ -181,18 +219,24 @@ void Receiver::showNotice(const QString &text, bool hidesPortal)
 void Receiver::showApplication(const QString &name)
 {
     if (name == "show load page error")
-        showNotice("The portal could not be loaded:\n" + QString::fromUtf8(m_portal) +
-                       "\n\nPress a key to try it again.",
-                   true);
+        showLoadError();
     else
         showNotice(QString("A box would show \"%1\" here.\n\nPress a key to go back.").arg(name),
                    false);
 }
 
+void Receiver::showLoadError()
+{
+    showNotice("The portal, or something that it asks for, could not be loaded:\n" +
+                   QString::fromUtf8(m_current) + "\n\nPress a key to try it again.",
+               true);
+    m_probe.start(QUrl::fromEncoded(m_current));
+}
+
 void Receiver::leaveNotice()
 {
     if (m_isPortalHidden)
-        announcePortal();
+        announce(m_current);
     else
         showNotice(QString(), false);
 }
@@ -201,7 +245,7 @@ void Receiver::setScreenWidth(int width)
 {
     // This is the first that a program says, at every connection.
     if (!m_isAnnounced)
-        announcePortal();
+        announce(m_portal);
     m_viewport.screenWidth = width;
     emit viewportChanged(m_viewport);
 }
@@ -230,7 +274,22 @@ void Receiver::runConsoleCommand(const ConsoleCommand &command)
     case ConsoleCommand::Action::Quit: emit quitRequested(); break;
     case ConsoleCommand::Action::Explain: emit message(command.text); break;
     case ConsoleCommand::Action::SendEvent: sendConsoleEvent(command); break;
+    case ConsoleCommand::Action::Reload: reloadPortal(); break;
+    case ConsoleCommand::Action::MountUsb:
+        tellUsb(mountUsbDisk(command.text), Event::UsbMounted);
+        break;
+    case ConsoleCommand::Action::UnmountUsb:
+        tellUsb(unmountUsbDisk(command.text), Event::UsbUnmounted);
+        break;
     }
+}
+
+void Receiver::tellUsb(const QString &failure, Event event)
+{
+    if (failure.isEmpty())
+        m_server.send(event);
+    else
+        emit message(failure);
 }
 
 void Receiver::sendConsoleEvent(const ConsoleCommand &command)
@@ -238,7 +297,7 @@ void Receiver::sendConsoleEvent(const ConsoleCommand &command)
     switch (command.event) {
     case Event::PowerOff: setStandby(true); break;
     case Event::PowerOn: setStandby(false); break;
-    case Event::NewPortal: showNotice(QString(), false); break;
+    case Event::NewPortal: announce(command.payload); return;
     case Event::PvrRecordingStarted:
         m_recordings.setState(integerAt(command.payload, 0), RecordingState::Recording);
         break;

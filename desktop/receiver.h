@@ -3,6 +3,7 @@
 
 #include "desktop/console/console_command.h"
 #include "desktop/screen/viewport.h"
+#include "desktop/watch/portal_probe.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -30,7 +31,10 @@ public:
      * The portal that programs are to load, percent-encoded: each hears of it once it is connected,
      * and again when it asks for the previous site or a reboot. Empty: none is announced.
      */
-    void setPortal(const QByteArray &url) { m_portal = url; }
+    void setPortal(const QByteArray &url) { m_portal = m_current = url; }
+
+    /** Loads the portal again, in place of what plays and of the receiver's own screen. */
+    void reloadPortal();
 
     /** Goes back from the receiver's own screen to what was there, or to the portal. */
     void leaveNotice();
@@ -60,14 +64,17 @@ private:
 
     void connectPlayer();
     void connectRecordings();
+    void connectProbe();
     void forgetProgram();
     void handleCommand(int type, const QByteArray &payload);
     void setAudioLanguage(int rank, const QByteArray &payload);
     void setSubtitleLanguage(int rank, const QByteArray &payload);
-    void announcePortal();
+    void announce(const QByteArray &url);
     void setStandby(bool isStandby);
     void showNotice(const QString &text, bool hidesPortal);
     void showApplication(const QString &name);
+    void showLoadError();
+    void tellUsb(const QString &failure, Event event);
     void setScreenWidth(int width);
     void setVideoArea(const QRect &area);
     void answer(Command request, int number);
@@ -78,7 +85,9 @@ private:
     MediaPlayer &m_player;
     Recordings &m_recordings;
     Viewport m_viewport;
+    PortalProbe m_probe;
     QByteArray m_portal;
+    QByteArray m_current; ///< The portal that was announced last.
     bool m_isAnnounced = false;
     bool m_isStandby = false;
     bool m_isPortalHidden = false; ///< Behind the receiver's own screen there is no portal.

@@ -27,7 +27,7 @@ struct CommandLine
     CommandLine()
     {
         parser.setApplicationDescription(description);
-        parser.addOptions({help, player, portal, script, ready});
+        parser.addOptions({help, player, silent, portal, watch, script, ready});
     }
 
     const QCommandLineOption help = {{"h", "help"}, "Prints this text and ends."};
@@ -41,6 +41,9 @@ struct CommandLine
         "Announces this portal to each program that connects, and again when one asks for the "
         "previous site or a reboot.",
         "URL"};
+    const QCommandLineOption silent = {"silent", "mpv makes no sound."};
+    const QCommandLineOption watch = {
+        "watch", "Loads the portal again when a file in this folder changes.", "FOLDER"};
     const QCommandLineOption script = {
         "script", "Runs the commands of this file after the start, then goes on.", "FILE"};
     const QCommandLineOption ready = {
@@ -61,6 +64,8 @@ ReceiverOptions parseReceiverOptions(const QStringList &arguments)
         options.failure = "Unexpected argument: " + surplus.first();
     options.wantsHelp = line.parser.isSet(line.help);
     options.portal = line.parser.value(line.portal);
+    options.isSilent = line.parser.isSet(line.silent);
+    options.watchedFolder = line.parser.value(line.watch);
     options.scriptFile = line.parser.value(line.script);
     options.readyFile = line.parser.value(line.ready);
     const QString name = line.parser.value(line.player);

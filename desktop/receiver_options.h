@@ -10,9 +10,11 @@ struct ReceiverOptions
     enum class Player { Automatic, Mpv, Simulated };
 
     Player player = Player::Automatic;
-    QString portal;     ///< The address that is announced to programs; empty: none.
-    QString scriptFile; ///< Empty: no script.
-    QString readyFile;  ///< To be made when the socket is served; empty: none.
+    QString portal;        ///< The address that is announced to programs; empty: none.
+    QString scriptFile;    ///< Empty: no script.
+    QString watchedFolder; ///< The portal is loaded again when a file of it changes; empty: never.
+    QString readyFile;     ///< To be made when the socket is served; empty: none.
+    bool isSilent = false; ///< No sound.
     bool wantsHelp = false;
     QString failure; ///< What is wrong with the command line, otherwise empty.
 };

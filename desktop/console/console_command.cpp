@@ -12,17 +12,21 @@ namespace {
 
 using Action = ConsoleCommand::Action;
 
-/** Commands that send nothing. */
+/** Commands that are more than an event. */
 struct LocalRow
 {
     const char *words;
+    const char *argument; ///< Empty: none.
     const char *help;
     Action action;
 };
 
 constexpr LocalRow localRows[] = {
-    {"help", "this list", Action::Help},
-    {"quit", "end the receiver", Action::Quit},
+    {"usb mount", "NAME", "the disk NAME appears below /media", Action::MountUsb},
+    {"usb unmount", "NAME", "it goes, and keeps what it holds", Action::UnmountUsb},
+    {"reload", "", "load the portal again", Action::Reload},
+    {"help", "", "this list", Action::Help},
+    {"quit", "", "end the receiver", Action::Quit},
 };
 
 ConsoleCommand explain(const QString &text)
@@ -117,10 +121,12 @@ ConsoleCommand parseConsoleLine(const QString &line)
     if (trimmed.isEmpty())
         return {};
     for (const LocalRow &row : localRows) {
-        if (trimmed != row.words)
+        const auto argument = argumentsAfter(row.words, trimmed);
+        if (!argument || argument->isEmpty() != QString(row.argument).isEmpty())
             continue;
         ConsoleCommand command;
         command.action = row.action;
+        command.text = *argument;
         return command;
     }
     for (const EventRow &row : eventRows) {
@@ -136,6 +142,6 @@ QString consoleHelp()
     for (const EventRow &row : eventRows)
         lines += helpLine(usage(row), row.consoleHelp);
     for (const LocalRow &row : localRows)
-        lines += helpLine(row.words, row.help);
+        lines += helpLine(QString("%1 %2").arg(row.words, row.argument).trimmed(), row.help);
     return lines.join('\n');
 }

@@ -10,11 +10,14 @@
 struct ConsoleCommand
 {
     enum class Action {
-        Nothing,   ///< An empty line.
-        Help,      ///< Print the list of commands.
-        Quit,      ///< End the receiver.
-        Explain,   ///< Print text: the line is no command.
-        SendEvent, ///< Send event with payload.
+        Nothing,    ///< An empty line.
+        Help,       ///< Print the list of commands.
+        Quit,       ///< End the receiver.
+        Explain,    ///< Print text: the line is no command.
+        SendEvent,  ///< Send event with payload.
+        Reload,     ///< Load the portal again.
+        MountUsb,   ///< Mount the disk named by text.
+        UnmountUsb, ///< Unmount the disk named by text.
     };
 
     Action action = Action::Nothing;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/storage_information.h"
 
+#include "desktop/recordings/usb_disks.h"
 #include "platform/box_paths.h"
 
 #include <QCryptographicHash>
@@ -25,7 +26,7 @@ QString serialNumber(const QString &name)
 QJsonObject diskJson(const QFileInfo &folder)
 {
     const QString name = folder.fileName();
-    const bool isUsb = name.startsWith("usb", Qt::CaseInsensitive);
+    const bool isUsb = isUsbDisk(folder);
     const QStorageInfo volume(folder.canonicalFilePath());
     return {{"sn", serialNumber(name)},
             {"vendor", "Vesprel"},

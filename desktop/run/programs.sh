@@ -17,8 +17,7 @@ start_receiver() { # start_receiver OUTPUT: a file, or "-" for this terminal
 }
 
 start_program() {
-    local variables=()
-    [ -z "$inspector" ] || variables=("VESPREL_INSPECTOR_PORT=$inspector"
-        "QT_PLUGIN_PATH=$plugins" QT_QPA_GENERIC_PLUGINS=vesprel-inspector)
-    start_confined env ${variables[@]+"${variables[@]}"} "$program"
+    start_confined env QT_PLUGIN_PATH="$plugins" \
+        QT_QPA_GENERIC_PLUGINS="vesprel-fresh-pages${inspector:+,vesprel-inspector}" \
+        ${inspector:+VESPREL_INSPECTOR_PORT="$inspector"} "$program"
 }

@@ -14,7 +14,7 @@ void choosePlatform(ReceiverOptions::Player player)
     qputenv("QT_QPA_PLATFORM", wantsScreen ? "xcb;minimal" : "minimal");
 }
 
-Screen openScreen()
+Screen openScreen(bool isSilent)
 {
     Screen screen;
     if (QGuiApplication::platformName() != "xcb") {
@@ -30,7 +30,7 @@ Screen openScreen()
     // Other outputs would open windows of their own.
     options.arguments += "--vo=gpu,xv,x11";
     // Some of the other sound outputs wait for a server for ever.
-    options.arguments += "--ao=pulse,alsa,null";
+    options.arguments += isSilent ? "--ao=null" : "--ao=pulse,alsa,null";
     screen.player = std::make_unique<MpvPlayer>(options);
     screen.description = "mpv";
     return screen;

@@ -26,5 +26,5 @@ struct Screen
  */
 void choosePlatform(ReceiverOptions::Player player);
 
-/** Opens what was chosen. */
-Screen openScreen();
+/** Opens what was chosen; a silent one makes no sound. */
+Screen openScreen(bool isSilent);

@@ -4,6 +4,7 @@
 #include "desktop/player/simulated_player.h"
 #include "desktop/receiver.h"
 #include "desktop/recordings/memory_recordings.h"
+#include "desktop/recordings/storage_information.h"
 #include "platform/box_paths.h"
 
 #include <QDataStream>
@@ -286,6 +287,43 @@ private slots:
     }
 
     /** Each program hears of the portal once, and again when it asks for the previous site. */
+    /** A disk that was mounted by name is seen below /media and keeps what it holds. */
+    void usbDisksComeAndGo()
+    {
+        Link link;
+        const auto run = [&link](const QString &line) {
+            link.messages.clear();
+            link.receiver.runConsoleCommand(parseConsoleLine(line));
+        };
+        link.command(1200, bytes("00000500"));
+        QTRY_VERIFY(link.printed("virtual screen 1280"));
+        const auto mediaType = [] {
+            const auto disks = QJsonDocument::fromJson(storageInformation().toUtf8()).array();
+            return disks.isEmpty() ? 0 : disks[0].toObject()["mediaType"].toInt();
+        };
+        run("usb mount My stick");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f9 00000000")));
+        QCOMPARE(mediaType(), 2);
+        const QString disk = BoxPaths::root() + "/media/My stick";
+        QVERIFY(QDir(disk).mkpath("films"));
+        run("usb mount My stick");
+        QVERIFY(link.printed("My stick is mounted already."));
+        run("usb unmount My stick");
+        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fa 00000000")));
+        QVERIFY(!QFileInfo::exists(disk));
+        run("usb mount My stick");
+        QVERIFY(QFileInfo::exists(disk + "/films"));
+
+        // What somebody put there is no disk of ours.
+        QVERIFY(QDir(BoxPaths::root()).mkpath("media/films"));
+        for (const char *line : {"usb mount films", "usb unmount films", "usb unmount nothing",
+                                 "usb mount ..", "usb mount a/b", "usb unmount ../home"}) {
+            run(line);
+            QVERIFY2(link.messages.count() == 1 && !link.printed("sent"), line);
+        }
+        QVERIFY(QFileInfo::exists(BoxPaths::root() + "/media/films"));
+    }
+
     void portalIsAnnounced()
     {
         Link link;

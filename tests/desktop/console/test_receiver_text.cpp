@@ -49,7 +49,7 @@ private slots:
         other("", Action::Nothing);
         other("help", Action::Help);
         other("quit", Action::Quit);
-        for (const char *line : {"usb", "usb mounted", "usb mount now", "portal", "rec started",
+        for (const char *line : {"usb", "usb mounted", "usb mounted x", "portal", "rec started",
                                  "rec started x", "rec started 1 2", "time 5", "audio pids",
                                  "audio pid 99999999999", "play", "HELP", "quitter", "quit now"})
             other(line, Action::Explain);
