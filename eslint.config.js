@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * The scripts that the engine runs: the keyboard page, the scripts put into portals, the demo
- * portal, and those of a driver on a desktop. The engine speaks ES5, so anything younger is an error
+ * portal, and those of a driver on a desktop. They keep to ES5, so anything younger is an error
  * here, and so is every name that neither ES5, the engine nor one of these scripts defines.
  */
 'use strict';

@@ -20,6 +20,7 @@ inline constexpr char cachePath[] = "Q_CACHE_PATH";
 inline constexpr char cacheMaxSize[] = "Q_CACHE_MAX_SIZE";
 inline constexpr char portalOrigins[] = "Q_PORTAL_ORIGINS";
 inline constexpr char webDebug[] = "Q_WEB_DEBUG";
+inline constexpr char trust[] = "VESPREL_TRUST";
 inline constexpr char watchdogFile[] = "Q_WATCHDOG_FILE";
 inline constexpr char version[] = "Q_VERSION";
 inline constexpr char deviceVendor[] = "Q_DEVICE_VENDOR";

@@ -20,6 +20,7 @@
 #include "shell/keys/key_filter.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_area.h"
+#include "shell/pages/page_log.h"
 #include "shell/pages/page_stack.h"
 #include "shell/pages/script_connections.h"
 #include "shell/pages/transparent_view.h"
@@ -42,6 +43,8 @@ Window::Window(QWidget *parent)
         logRecord("no origin, ignored:", entry);
     if (qEnvironmentVariableIsSet(Environment::userAgent))
         setUserAgentOverride(qEnvironmentVariable(Environment::userAgent));
+    if (qEnvironmentVariableIsSet(Environment::trust))
+        trustCertificates(qEnvironmentVariable(Environment::trust));
     for (const auto attribute :
          {QWebSettings::PluginsEnabled, QWebSettings::AcceleratedCompositingEnabled,
           QWebSettings::WebGLEnabled})
@@ -79,6 +82,7 @@ Window::Window(QWidget *parent)
     connect(&sharedNetworkAccess, &NAM::finished, this, &Window::NetworkReplyError);
     connect(&sharedNetworkAccess, &NAM::networkAccessibleChanged, this,
             &Window::NetworkAccessibleChanged);
+    logFailuresOf(&sharedNetworkAccess, this);
     setUpDiskCache();
 }
 
@@ -172,6 +176,7 @@ void Window::setUpDiskCache()
 void Window::watchView(QWebView *view)
 {
     view->installEventFilter(this);
+    logConsoleOf(view->page());
     connect(view, &QWebView::loadProgress, this, &Window::setProgress);
     connect(view, &QWebView::loadFinished, this, &Window::finishLoading);
     connect(view, &QWebView::urlChanged, this, &Window::Urlchanged);

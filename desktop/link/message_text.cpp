@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/link/message_text.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/link/payload.h"
+#include "platform/one_line.h"
 
 namespace {
 

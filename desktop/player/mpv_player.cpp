@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/player/mpv_player.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/player/language_codes.h"
 #include "desktop/player/mpv_units.h"
 #include "desktop/recordings/box_media.h"
+#include "platform/one_line.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/player/mpv_player.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/player/mpv_units.h"
+#include "platform/one_line.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/ffmpeg_recordings.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/recordings/box_media.h"
 #include "desktop/recordings/recording_time.h"
 #include "platform/box_paths.h"
+#include "platform/one_line.h"
 
 #include <QDateTime>
 #include <QDir>

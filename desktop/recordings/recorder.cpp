@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/recordings/recorder.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/recordings/box_media.h"
+#include "platform/one_line.h"
 
 #include <QFile>
 #include <QFileInfo>

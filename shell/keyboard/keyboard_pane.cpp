@@ -4,6 +4,7 @@
 #include "platform/box_paths.h"
 #include "shell/keys/posted_key.h"
 #include "shell/pages/page_area.h"
+#include "shell/pages/page_log.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
@@ -26,6 +27,8 @@ TransparentView *KeyboardPane::createView(QWidget *window) const
 {
     auto *view = new TransparentView(window);
     view->setPage(new ViewerPage(&m_dialogs, view));
+    logConsoleOf(view->page());
+    logFailuresOf(view->page()->networkAccessManager(), view);
     view->setFocusPolicy(Qt::NoFocus);
     view->enable({QWebSettings::PluginsEnabled, QWebSettings::JavascriptEnabled,
                   QWebSettings::DeveloperExtrasEnabled});

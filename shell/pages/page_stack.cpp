@@ -4,6 +4,7 @@
 #include "shell/dialogs/dialog_host.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_area.h"
+#include "shell/pages/page_log.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
 
@@ -32,6 +33,7 @@ void PageStack::addPortal()
 void PageStack::openFavourites(const QUrl &url)
 {
     QWebView *view = createView();
+    logFailuresOf(view->page()->networkAccessManager(), view);
     view->load(url);
     m_stack->addWidget(view);
     m_stack->setCurrentIndex(m_stack->currentIndex() + 1);

@@ -3,6 +3,7 @@
 
 #include "platform/log_record.h"
 #include "shell/dialogs/dialog_host.h"
+#include "shell/pages/page_log.h"
 
 #include <QWebFrame>
 #include <QWebSecurityOrigin>
@@ -50,6 +51,9 @@ bool ViewerPage::extension(Extension extension, const ExtensionOption *option,
 {
     if (extension == ErrorPageExtension && option) {
         const auto *failure = static_cast<const ErrorPageExtensionOption *>(option);
+        // What the engine refuses by itself never comes to the network.
+        if (failure->domain == WebKit)
+            logRefusal(failure->url, failure->errorString);
         // "Frame load interrupted by policy change": the engine would have handed it to a download.
         if (failure->domain == WebKit && failure->error == 102)
             return false;

@@ -5,6 +5,6 @@
 
 /**
  * A text fit for one line of output: control characters are written as \xNN, and what goes beyond
- * 500 characters is cut off and marked with "...".
+ * so many characters is cut off and marked with "...". Any thread.
  */
-QString oneLine(const QString &text);
+QString oneLine(const QString &text, int longest = 500);

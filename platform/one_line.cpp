@@ -1,15 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "desktop/console/one_line.h"
+#include "platform/one_line.h"
 
-namespace {
-
-constexpr int longestLine = 500;
-
-} // namespace
-
-QString oneLine(const QString &text)
+QString oneLine(const QString &text, int longest)
 {
-    const QString shown = text.left(longestLine);
+    const QString shown = text.left(longest);
     QString line;
     for (const QChar character : shown) {
         // Whatever a peer sends must not move the cursor of the terminal that shows it.
@@ -18,5 +12,5 @@ QString oneLine(const QString &text)
         else
             line += character;
     }
-    return text.size() > longestLine ? line + "..." : line;
+    return text.size() > longest ? line + "..." : line;
 }

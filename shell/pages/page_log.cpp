@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "shell/pages/page_log.h"
+
+#include "platform/one_line.h"
+
+#include <QDateTime>
+#include <QLoggingCategory>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslCertificate>
+#include <QSslError>
+#include <QUrl>
+#include <QWebPage>
+
+namespace {
+
+#ifdef VESPREL_DESKTOP
+constexpr QtMsgType fromLevel = QtDebugMsg;
+#else
+constexpr QtMsgType fromLevel = QtFatalMsg;
+#endif
+
+Q_LOGGING_CATEGORY(pageLog, "vesprel.page", fromLevel)
+
+// More of a page's text than this nobody reads in a log.
+constexpr int longestText = 4000;
+constexpr int longestAddress = 500;
+
+/** An address to read, without a password that it may hold. */
+QString shown(const QUrl &url) { return oneLine(url.toDisplayString(), longestAddress); }
+
+QString place(const QString &source, int line)
+{
+    // The statements that tell a page of events belong to no file.
+    if (source.isEmpty() || source == "undefined")
+        return QString();
+    return QString(" (%1:%2)").arg(shown(QUrl(source))).arg(line);
+}
+
+const char *levelName(QWebPage::MessageLevel level)
+{
+    switch (level) {
+    case QWebPage::LogMessageLevel: return "log";
+    case QWebPage::WarningMessageLevel: return "warn";
+    case QWebPage::ErrorMessageLevel: return "error";
+    case QWebPage::DebugMessageLevel: return "debug";
+    case QWebPage::InfoMessageLevel: return "info";
+    }
+    return "log";
+}
+
+void logConsole(QWebPage::MessageSource source, QWebPage::MessageLevel level, const QString &text,
+                int line, const QString &url)
+{
+    QString origin = QString("page %1: ").arg(levelName(level));
+    if (source == QWebPage::JSMessageSource && level == QWebPage::ErrorMessageLevel)
+        origin = "script error: ";
+    else if (source == QWebPage::ConsoleAPIMessageSource)
+        origin = QString("console.%1: ").arg(levelName(level));
+    const QString record = origin + oneLine(text, longestText) + place(url, line);
+    switch (level) {
+    case QWebPage::WarningMessageLevel:
+    case QWebPage::ErrorMessageLevel: qCWarning(pageLog).noquote() << record; break;
+    case QWebPage::DebugMessageLevel: qCDebug(pageLog).noquote() << record; break;
+    default: qCInfo(pageLog).noquote() << record; break;
+    }
+}
+
+void logFailure(const QNetworkReply &reply)
+{
+    if (reply.error() == QNetworkReply::NoError ||
+        reply.error() == QNetworkReply::OperationCanceledError)
+        return;
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
+    const QString reason =
+        status >= 400 ? QString("%1 %2").arg(status).arg(phrase) : reply.errorString();
+    logRefusal(reply.url(), reason);
+}
+
+QString joined(const QStringList &texts) { return oneLine(texts.join(", ")); }
+
+QString utcDay(const QDateTime &time) { return time.toUTC().toString("yyyy-MM-dd hh:mm 'UTC'"); }
+
+} // namespace
+
+QString certificateFault(const QUrl &url, const QSslError &error)
+{
+    const QSslCertificate certificate = error.certificate();
+    QString detail;
+    switch (error.error()) {
+    case QSslError::CertificateExpired:
+        detail = "; it was valid until " + utcDay(certificate.expiryDate());
+        break;
+    case QSslError::CertificateNotYetValid:
+        detail = "; it is valid from " + utcDay(certificate.effectiveDate()) +
+                 ", and the clock here says " + utcDay(QDateTime::currentDateTimeUtc());
+        break;
+    case QSslError::HostNameMismatch: {
+        const QStringList names = certificate.subjectAlternativeNames().values();
+        detail =
+            "; it is for " +
+            joined(names.isEmpty() ? certificate.subjectInfo(QSslCertificate::CommonName) : names);
+        break;
+    }
+    case QSslError::UnableToGetLocalIssuerCertificate:
+    case QSslError::UnableToVerifyFirstCertificate:
+        detail =
+            "; it was issued by " + joined(certificate.issuerInfo(QSslCertificate::CommonName));
+        break;
+    default: break;
+    }
+    return QString("certificate of %1:%2: %3%4")
+        .arg(url.host())
+        .arg(url.port(443))
+        .arg(error.errorString(), detail);
+}
+
+void logRefusal(const QUrl &url, const QString &reason)
+{
+    qCWarning(pageLog).noquote() << "not loaded:" << shown(url) + ':'
+                                 << oneLine(reason, longestText);
+}
+
+void logConsoleOf(QWebPage *page)
+{
+    QObject::connect(page, &QWebPage::consoleMessageReceived, page, &logConsole);
+}
+
+void logFailuresOf(QNetworkAccessManager *network, QObject *context)
+{
+    QObject::connect(network, &QNetworkAccessManager::sslErrors, context,
+                     [](QNetworkReply *reply, const QList<QSslError> &errors) {
+                         for (const QSslError &error : errors)
+                             qCWarning(pageLog).noquote() << certificateFault(reply->url(), error);
+                     });
+    QObject::connect(network, &QNetworkAccessManager::finished, context,
+                     [](QNetworkReply *reply) { logFailure(*reply); });
+}
