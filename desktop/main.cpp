@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "desktop/console/one_line.h"
+#include "platform/one_line.h"
 #include "desktop/console/script.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/receiver.h"

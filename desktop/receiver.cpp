@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/receiver.h"
 
-#include "desktop/console/one_line.h"
 #include "desktop/link/message_text.h"
 #include "desktop/link/payload.h"
 #include "desktop/link/protocol_server.h"
@@ -9,6 +8,7 @@
 #include "desktop/recordings/recording_requests.h"
 #include "desktop/recordings/storage_information.h"
 #include "desktop/recordings/usb_disks.h"
+#include "platform/one_line.h"
 
 #include <QUrl>
 
