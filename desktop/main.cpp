@@ -88,8 +88,8 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
     const QString failure = server.listen(path);
     if (!failure.isEmpty())
         return failWith(failure);
-    const Screen screen = openScreen(options.isSilent);
-    if (options.player == Player::Mpv && !screen.plane)
+    const Screen screen = openScreen(options);
+    if (options.player == Player::Mpv && screen.description != "mpv")
         return failWith("--player=mpv needs mpv and an X display.");
     const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
     Receiver receiver(server, *screen.player, *recordings);

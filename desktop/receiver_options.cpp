@@ -33,7 +33,7 @@ struct CommandLine
     const QCommandLineOption help = {{"h", "help"}, "Prints this text and ends."};
     const QCommandLineOption player = {
         "player",
-        "What plays and records: mpv (and ffmpeg), or simulated, which shows nothing, records "
+        "What plays and records: mpv (and ffmpeg), or simulated, which shows a test picture, records "
         "nothing and needs neither. Default: mpv where it and a display exist.",
         "mpv|simulated"};
     const QCommandLineOption portal = {

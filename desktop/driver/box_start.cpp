@@ -180,15 +180,13 @@ void Box::startReceiver(const BoxPrograms &programs, const BoxOptions &options)
         options.player.isEmpty() ? QString(hasMpv() ? "mpv" : "simulated") : options.player;
     if (player == "mpv" && !hasMpv())
         fail("session not created", "mpv is not installed.");
-    if (player == "mpv") {
-        // Shows the video through the transparent parts of a page; without it they are black.
-        ProcessStart compositor;
-        compositor.program = "picom";
-        compositor.arguments = QStringList{"--backend", "xrender", "--config", "/dev/null"};
-        compositor.environment = environment();
-        compositor.group = m_group;
-        m_compositor.start(compositor);
-    }
+    // Shows the video through the transparent parts of a page; without it they are black.
+    ProcessStart compositor;
+    compositor.program = "picom";
+    compositor.arguments = QStringList{"--backend", "xrender", "--config", "/dev/null"};
+    compositor.environment = environment();
+    compositor.group = m_group;
+    m_compositor.start(compositor);
     Pipe input = makePipe();
     Pipe output = makePipe();
     const QString ready = m_folder + "/run/receiver";

@@ -39,14 +39,15 @@ void SimulatedPlayer::play(const PlayRequest &request)
         emit ended();
         return;
     }
-    m_durationMs = simulatedDurationMs(request.url, m_timing.duration);
-    m_positionMs = request.positionMs;
+    m_medium.url = request.url;
+    m_medium.durationMs = simulatedDurationMs(request.url, m_timing.duration);
+    m_medium.positionMs = request.positionMs;
     const auto chosen = [](const std::array<int, 2> &pids, int pid) {
         return contains(pids, pid) ? pid : pids.front();
     };
-    m_audioPid = chosen(audioPids, request.audioPid);
-    m_subtitlePid = chosen(subtitlePids, request.subtitlePid);
-    m_state = State::Starting;
+    m_medium.audioPid = chosen(audioPids, request.audioPid);
+    m_medium.subtitlePid = chosen(subtitlePids, request.subtitlePid);
+    setState(State::Starting);
     m_startTimer.start();
 }
 
@@ -54,78 +55,92 @@ void SimulatedPlayer::stop()
 {
     m_startTimer.stop();
     m_tickTimer.stop();
-    m_state = State::Stopped;
+    setState(State::Stopped);
 }
 
 void SimulatedPlayer::pause()
 {
-    if (m_state != State::Playing)
+    if (m_medium.state != State::Playing)
         return;
     m_tickTimer.stop();
-    m_state = State::Paused;
+    setState(State::Paused);
 }
 
 void SimulatedPlayer::resume()
 {
-    if (m_state != State::Paused)
+    if (m_medium.state != State::Paused)
         return;
     m_tickTimer.start();
-    m_state = State::Playing;
+    setState(State::Playing);
 }
 
 void SimulatedPlayer::seek(int positionMs)
 {
-    if (m_state == State::Starting)
-        m_positionMs = std::max(0, positionMs);
-    else if (m_state != State::Stopped)
+    if (m_medium.state == State::Starting)
+        m_medium.positionMs = std::max(0, positionMs);
+    else if (m_medium.state != State::Stopped)
         moveTo(positionMs);
 }
 
 void SimulatedPlayer::selectAudioTrack(int pid)
 {
-    if (m_state != State::Stopped && contains(audioPids, pid))
-        emit audioTrackChanged(pid);
+    if (m_medium.state == State::Stopped || !contains(audioPids, pid))
+        return;
+    m_medium.audioPid = pid;
+    emit mediumChanged(m_medium);
+    emit audioTrackChanged(pid);
 }
 
 void SimulatedPlayer::selectSubtitleTrack(int pid)
 {
-    if (m_state != State::Stopped && contains(subtitlePids, pid))
-        emit subtitleTrackChanged(pid);
+    if (m_medium.state == State::Stopped || !contains(subtitlePids, pid))
+        return;
+    m_medium.subtitlePid = pid;
+    emit mediumChanged(m_medium);
+    emit subtitleTrackChanged(pid);
 }
 
 void SimulatedPlayer::start()
 {
-    m_state = State::Playing;
     m_tickTimer.start();
     // Pages ask for the length when they hear of the start.
-    m_positionMs = std::clamp(m_positionMs, 0, lastPosition());
-    emit progress(m_durationMs, m_positionMs);
+    m_medium.positionMs = std::clamp(m_medium.positionMs, 0, lastPosition());
+    setState(State::Playing);
+    emit progress(m_medium.durationMs, m_medium.positionMs);
     emit started();
     emit audioTracksChanged(audioTracks);
-    emit audioTrackChanged(m_audioPid);
+    emit audioTrackChanged(m_medium.audioPid);
     emit subtitleTracksChanged(subtitleTracks);
-    emit subtitleTrackChanged(m_subtitlePid);
-    moveTo(m_positionMs);
+    emit subtitleTrackChanged(m_medium.subtitlePid);
+    moveTo(m_medium.positionMs);
 }
 
 void SimulatedPlayer::tick()
 {
-    const int room = std::numeric_limits<int>::max() - m_positionMs;
-    moveTo(m_positionMs + std::min(m_timing.step, room));
+    const int room = std::numeric_limits<int>::max() - m_medium.positionMs;
+    moveTo(m_medium.positionMs + std::min(m_timing.step, room));
+}
+
+void SimulatedPlayer::setState(State state)
+{
+    m_medium.state = state;
+    emit mediumChanged(m_medium);
 }
 
 int SimulatedPlayer::lastPosition() const
 {
-    return m_durationMs > 0 ? m_durationMs : std::numeric_limits<int>::max();
+    return m_medium.durationMs > 0 ? m_medium.durationMs : std::numeric_limits<int>::max();
 }
 
 void SimulatedPlayer::moveTo(int positionMs)
 {
-    m_positionMs = std::clamp(positionMs, 0, lastPosition());
-    const bool atEnd = m_positionMs == lastPosition();
+    m_medium.positionMs = std::clamp(positionMs, 0, lastPosition());
+    const bool atEnd = m_medium.positionMs == lastPosition();
     if (atEnd)
         stop();
-    emit progress(m_durationMs, m_positionMs);
+    else
+        emit mediumChanged(m_medium);
+    emit progress(m_medium.durationMs, m_medium.positionMs);
     if (atEnd)
         emit ended();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/player/media_player.h"
+#include "desktop/player/simulated_medium.h"
 
 #include <QTimer>
 
@@ -15,8 +16,8 @@ struct SimulatedTiming
 };
 
 /**
- * A player without pictures and sound: it starts, reports its progress and ends as a real one
- * does. Every medium has the same two audio and two subtitle tracks. An empty URL ends at once.
+ * A player that plays nothing: it starts, reports its progress and ends as a real one does. Every
+ * medium has the same two audio and two subtitle tracks. An empty URL ends at once.
  */
 class SimulatedPlayer : public MediaPlayer
 {
@@ -33,20 +34,21 @@ public:
     void selectAudioTrack(int pid) override;
     void selectSubtitleTrack(int pid) override;
 
+signals:
+    /** The medium, its position, its tracks or what happens to it: whatever a picture may show. */
+    void mediumChanged(const SimulatedMedium &medium);
+
 private:
-    enum class State { Stopped, Starting, Playing, Paused };
+    using State = SimulatedMedium::State;
 
     void start();
     void tick();
+    void setState(State state);
     int lastPosition() const;
     void moveTo(int positionMs);
 
     SimulatedTiming m_timing;
     QTimer m_startTimer;
     QTimer m_tickTimer;
-    State m_state = State::Stopped;
-    int m_durationMs = 0;
-    int m_positionMs = 0;
-    int m_audioPid = 0;
-    int m_subtitlePid = 0;
+    SimulatedMedium m_medium;
 };

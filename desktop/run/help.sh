@@ -14,8 +14,8 @@ through sudo unless you are root) and builds.
   --screenshot FILE   needs no display: runs everything under Xvfb, plays something, saves a
                       picture of the screen to FILE (PNG) and ends with 0, or with 1 and the reason
                       if the portal did not load or nothing is on the screen
-  --player NAME       mpv plays and records for real, simulated only pretends; by default mpv
-                      where it is installed
+  --player NAME       mpv plays and records for real, simulated shows a test picture and only
+                      pretends; by default mpv where it is installed
   --script FILE       the receiver runs the commands of FILE: those of its console, and
                       "wait SECONDS" and "wait for TEXT" between them
   --inspector [PORT]  offers the pages to a WebKit browser at http://127.0.0.1:PORT (9222) for

@@ -13,7 +13,7 @@
 /** What plays, and where it is shown. */
 struct Screen
 {
-    std::unique_ptr<VideoPlane> plane;   ///< None with a simulated player.
+    std::unique_ptr<VideoPlane> plane;   ///< None without a display.
     std::unique_ptr<Notice> notice;      ///< The same.
     std::unique_ptr<StandbyCover> cover; ///< The same.
     std::unique_ptr<MediaPlayer> player;
@@ -22,9 +22,10 @@ struct Screen
 
 /**
  * Chooses how Qt reaches the screen, before the application object is made: mpv draws into windows
- * of X, so without mpv or without X there is none.
+ * of X, so without X there is none. A simulated player needs none, and opens none where
+ * QT_QPA_PLATFORM asks for a platform without one.
  */
 void choosePlatform(ReceiverOptions::Player player);
 
-/** Opens what was chosen; a silent one makes no sound. */
-Screen openScreen(bool isSilent);
+/** Opens what was chosen: mpv where it is installed and not refused, otherwise a simulation. */
+Screen openScreen(const ReceiverOptions &options);

@@ -5,21 +5,24 @@
 #include <QPainter>
 #include <QScreen>
 
+#include <utility>
+
 void BlackWindow::paintEvent(QPaintEvent *)
 {
     QPainter(this).fillRect(QRect(QPoint(0, 0), size()), Qt::black);
 }
 
-VideoPlane::VideoPlane()
-    : m_video(this)
+VideoPlane::VideoPlane(std::unique_ptr<BlackWindow> video)
+    : m_video(std::move(video))
 {
+    m_video->setParent(this);
     setTitle("Vesprel video");
     // Framed and maximised as the program's window is, so that a window manager gives both the
     // same place; without one both are as large as the screen.
     setFlags(Qt::Window | Qt::WindowStaysOnBottomHint | Qt::WindowDoesNotAcceptFocus);
     setGeometry(screen()->availableGeometry());
     showMaximized();
-    m_video.show();
+    m_video->show();
     place();
     lower();
 }
@@ -57,5 +60,5 @@ void VideoPlane::place()
 {
     // A window manager that is not done yet may report nothing.
     if (!size().isEmpty())
-        m_video.setGeometry(placed(m_viewport, size()));
+        m_video->setGeometry(placed(m_viewport, size()));
 }

@@ -5,6 +5,8 @@
 
 #include <QRasterWindow>
 
+#include <memory>
+
 /** A window that is black. */
 class BlackWindow : public QRasterWindow
 {
@@ -27,10 +29,11 @@ class VideoPlane : public BlackWindow
     Q_OBJECT
 
 public:
-    VideoPlane();
+    /** The given window is the video's. */
+    explicit VideoPlane(std::unique_ptr<BlackWindow> video);
 
     /** The native window into which a player draws; as long as this object lives. */
-    WId videoWindow() const { return m_video.winId(); }
+    WId videoWindow() const { return m_video->winId(); }
 
     /** Moves the video. */
     void setViewport(const Viewport &viewport);
@@ -43,6 +46,6 @@ protected:
 private:
     void place();
 
-    BlackWindow m_video;
+    std::unique_ptr<BlackWindow> m_video;
     Viewport m_viewport;
 };
