@@ -2,10 +2,10 @@
 #include "app/startup.h"
 
 #include "app/log_sink.h"
-#include "app/program_version.h"
 #include "app/watchdog.h"
 #include "platform/box_paths.h"
 #include "platform/environment.h"
+#include "platform/program_version.h"
 #include "shell/window.h"
 
 #include <QApplication>
@@ -27,7 +27,7 @@ void switchLogOn()
         return;
     qInstallMessageHandler(writeToLog);
     // Not as a record, which the box's logging rules may switch off.
-    writeToLog(QtInfoMsg, QMessageLogContext(), programVersion());
+    writeToLog(QtInfoMsg, QMessageLogContext(), programVersion("vesprel"));
 }
 
 /** For the web engine and for child processes; docs/box.md tells why each. */

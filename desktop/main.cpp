@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "platform/one_line.h"
 #include "desktop/console/script.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/receiver.h"
@@ -12,6 +11,8 @@
 #include "desktop/termination_signals.h"
 #include "desktop/watch/folder_watch.h"
 #include "platform/box_paths.h"
+#include "platform/one_line.h"
+#include "platform/program_version.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -150,6 +151,10 @@ int main(int argc, char *argv[])
     const ReceiverOptions options = parseReceiverOptions(argumentList(argc, argv));
     if (!options.failure.isEmpty())
         return failWith(options.failure + " (see --help)");
+    if (options.wantsVersion) {
+        printLine(stdout, programVersion("vesprel-receiver"));
+        return 0;
+    }
     const ParsedScript script = readScript(options.scriptFile);
     if (!script.failure.isEmpty())
         return failWith(script.failure);

@@ -27,10 +27,11 @@ struct CommandLine
     CommandLine()
     {
         parser.setApplicationDescription(description);
-        parser.addOptions({help, player, silent, portal, watch, script, ready});
+        parser.addOptions({help, version, player, silent, portal, watch, script, ready});
     }
 
     const QCommandLineOption help = {{"h", "help"}, "Prints this text and ends."};
+    const QCommandLineOption version = {"version", "Prints version and build and ends."};
     const QCommandLineOption player = {
         "player",
         "What plays and records: mpv (and ffmpeg), or simulated, which shows a test picture, records "
@@ -63,6 +64,7 @@ ReceiverOptions parseReceiverOptions(const QStringList &arguments)
     else if (const QStringList surplus = line.parser.positionalArguments(); !surplus.isEmpty())
         options.failure = "Unexpected argument: " + surplus.first();
     options.wantsHelp = line.parser.isSet(line.help);
+    options.wantsVersion = line.parser.isSet(line.version);
     options.portal = line.parser.value(line.portal);
     options.isSilent = line.parser.isSet(line.silent);
     options.watchedFolder = line.parser.value(line.watch);

@@ -16,6 +16,7 @@ struct ReceiverOptions
     QString readyFile;     ///< To be made when the socket is served; empty: none.
     bool isSilent = false; ///< No sound.
     bool wantsHelp = false;
+    bool wantsVersion = false;
     QString failure; ///< What is wrong with the command line, otherwise empty.
 };
 

@@ -77,6 +77,38 @@ private slots:
         QCOMPARE(run("rm -rf log target"), 0);
     }
 
+    void questions_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("answer");
+        const QString build = "(, build [0-9a-f]{7,}(-dirty)?)?\n$";
+        row("version", VESPREL_PROGRAM, "--version", "^vesprel 1\\.0" + build);
+        row("help", VESPREL_PROGRAM, "--help", "^Usage: vesprel ");
+#ifdef RECEIVER
+        row("receiver's version", RECEIVER, "--version", "^vesprel-receiver 1\\.0" + build);
+        row("receiver's help", RECEIVER, "--help", "^Usage: ");
+#endif
+    }
+
+    /** Without a display and without a receiver. */
+    void questions()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, question);
+        QFETCH(QString, answer);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove("DISPLAY");
+        environment.insert("QT_QPA_PLATFORM", "xcb");
+        process.setProcessEnvironment(environment);
+        process.start(program, {question});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
+        const QString output = process.readAllStandardOutput();
+        QVERIFY2(QRegularExpression(answer).match(output).hasMatch(), qPrintable(output));
+    }
+
     void start_data()
     {
         QTest::addColumn<QString>("logSwitch");
@@ -110,7 +142,8 @@ private slots:
         environment.insert("Q_VESPREL_PORTAL", server.url("/c/?a=b c").toString());
         environment.insert("Q_VESPREL_LOG", logSwitch);
         program.setProcessEnvironment(environment);
-        program.start(VESPREL_PROGRAM, QStringList());
+        // Arguments mean nothing to the program, whatever they are.
+        program.start(VESPREL_PROGRAM, {"--version", "http://127.0.0.1:1/", "--help"});
         QVERIFY(program.waitForStarted());
         // The screen at the connection, then the play request of the page.
         QTRY_COMPARE_WITH_TIMEOUT(receiver.received(),

@@ -4,7 +4,7 @@
 #include <QString>
 
 /**
- * What runs: "vesprel VERSION, build COMMIT", the commit marked "-dirty" if the sources differed
+ * What runs: "NAME VERSION, build COMMIT", the commit marked "-dirty" if the sources differed
  * from it; without the build where it was made outside of git. Any thread.
  */
-QString programVersion();
+QString programVersion(const QString &name);

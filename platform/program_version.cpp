@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/program_version.h"
+#include "platform/program_version.h"
 
 #include "build_commit.h"
 
-QString programVersion()
+QString programVersion(const QString &name)
 {
-    const QString version = "vesprel " VESPREL_VERSION;
+    const QString version = name + " " VESPREL_VERSION;
     const QString commit = VESPREL_BUILD_COMMIT;
     return commit.isEmpty() ? version : version + ", build " + commit;
 }
