@@ -77,8 +77,11 @@ void ProtocolServer::removePeer(Peer *peer)
     m_peers.removeOne(peer);
     peer->deleteLater();
     emit message("connection closed");
-    if (m_peers.isEmpty())
+    if (m_peers.isEmpty()) {
+        // The next program has not asked for what this one has.
+        dropHeld();
         emit lastPeerLeft();
+    }
 }
 
 bool ProtocolServer::sendNow(const HeldEvent &event)
