@@ -12,17 +12,17 @@
 
 namespace {
 
-constexpr int stepMs = 10;
+constexpr int pollMs = 10;
 constexpr int politeMs = 1500;
 constexpr int killMs = 3000;
 
 /** Waits until no process of the group is left; zombies count until somebody reaps them. */
 bool waitForGroup(pid_t group, int timeMs)
 {
-    for (int waited = 0; waited < timeMs; waited += stepMs) {
+    for (int waited = 0; waited < timeMs; waited += pollMs) {
         if (::kill(-group, 0) != 0 && errno == ESRCH)
             return true;
-        ::usleep(stepMs * 1000);
+        ::usleep(pollMs * 1000);
     }
     return false;
 }

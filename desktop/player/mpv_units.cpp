@@ -7,14 +7,14 @@
 
 namespace {
 
-constexpr double msPerSecond = 1000.0;
+constexpr double secondMs = 1000.0;
 
 } // namespace
 
 int millisecondsOf(double seconds)
 {
-    const double ms = std::round(seconds * msPerSecond);
+    const double ms = std::round(seconds * secondMs);
     return static_cast<int>(std::clamp(ms, 0.0, double(std::numeric_limits<int>::max())));
 }
 
-QString secondsText(int ms) { return QString::number(ms / msPerSecond, 'f', 3); }
+QString secondsText(int ms) { return QString::number(ms / secondMs, 'f', 3); }

@@ -58,6 +58,7 @@ private:
     };
 
     static const QHash<QString, Method> &methods();
+    static QJsonObject value(const QJsonValue &result) { return {{"value", result}}; }
 
     void readRequests();
     void handle(const QJsonObject &message);

@@ -16,8 +16,6 @@
 
 namespace {
 
-QJsonObject value(const QJsonValue &result) { return {{"value", result}}; }
-
 QJsonObject error(const char *code, const QString &message)
 {
     return {{"error", code}, {"message", message}};

@@ -26,8 +26,6 @@ Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
 
 namespace {
 
-QJsonObject value(const QJsonValue &result) { return {{"value", result}}; }
-
 QString base64Png(const QImage &image)
 {
     QByteArray bytes;
