@@ -14,6 +14,10 @@ read_options "$@"
 targets="vesprel vesprel-receiver vesprel-inspector vesprel-fresh-pages"
 packages=$build_packages
 [ -z "$screenshot" ] || packages="$packages $screenshot_packages"
+if [ -n "$script" ]; then
+    targets="$targets vesprel-driver-plugin"
+    [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || packages="$packages $screenshot_packages"
+fi
 if [ -n "$driver" ]; then
     targets=vesprel-driver
     packages="$packages $driver_packages"

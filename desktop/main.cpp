@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "desktop/console/script.h"
 #include "desktop/link/protocol_server.h"
 #include "desktop/receiver.h"
 #include "desktop/receiver_options.h"
 #include "desktop/recordings/ffmpeg_recordings.h"
 #include "desktop/recordings/memory_recordings.h"
 #include "desktop/screen/screen.h"
+#include "desktop/script/script_session.h"
 #include "desktop/termination_signals.h"
 #include "desktop/watch/folder_watch.h"
 #include "platform/box_paths.h"
@@ -15,6 +15,7 @@
 #include "platform/program_version.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QStandardPaths>
 #include <QTimer>
@@ -59,18 +60,40 @@ QStringList argumentList(int argc, char *argv[])
     return arguments;
 }
 
-/** Reads the script of the options, if they name one; its failure then names the file. */
-ParsedScript readScript(const QString &name)
+/** Prints the names of the files that would be written, one a line. */
+void printOutputs(const ReceiverOptions &options, const ParsedScript &script)
 {
-    if (name.isEmpty())
-        return {};
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        return {{}, name + ": " + file.errorString()};
-    ParsedScript script = parseScript(QString::fromUtf8(file.readAll()));
-    if (!script.failure.isEmpty())
-        script.failure.prepend(name + ", ");
-    return script;
+    const QStringList files =
+        script.outputs() + QStringList{options.reportFile, options.recordFile};
+    for (const QString &file : files) {
+        if (!file.isEmpty())
+            printLine(stdout, QFileInfo(file).absoluteFilePath());
+    }
+}
+
+/** Connects the receiver with what is on the screen, if that is one. */
+void connectScreen(Receiver &receiver, const Screen &screen)
+{
+    if (!screen.plane)
+        return;
+    QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
+                     &VideoPlane::setViewport);
+    QObject::connect(&receiver, &Receiver::noticeChanged, screen.notice.get(), &Notice::setText);
+    QObject::connect(screen.notice.get(), &Notice::keyPressed, &receiver, &Receiver::leaveNotice);
+    QObject::connect(&receiver, &Receiver::standbyChanged, screen.cover.get(),
+                     &StandbyCover::setVisible);
+}
+
+void connectScript(Receiver &receiver, ScriptSession &script)
+{
+    QObject::connect(&receiver, &Receiver::message, &script, &ScriptSession::notePrinted);
+    QObject::connect(&script, &ScriptSession::message, &receiver, &Receiver::message);
+    QObject::connect(&script, &ScriptSession::commandReached, &receiver,
+                     &Receiver::runConsoleCommand);
+    QObject::connect(&script, &ScriptSession::failed, &script,
+                     [](const QString &line) { failWith(line); });
+    QObject::connect(&script, &ScriptSession::ended, &script,
+                     [](int code) { QCoreApplication::exit(code); });
 }
 
 /** The recordings of a box that can record, otherwise those that only pretend. */
@@ -82,7 +105,7 @@ std::unique_ptr<Recordings> openRecordings(Player player)
 }
 
 /** Serves until it is asked to end; the exit code. */
-int run(QGuiApplication &application, const ReceiverOptions &options, const ParsedScript &steps)
+int run(TerminationSignals &termination, const ReceiverOptions &options, const ParsedScript &steps)
 {
     ProtocolServer server;
     const QString path = BoxPaths::receiverSocket();
@@ -95,27 +118,29 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
     const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
     Receiver receiver(server, *screen.player, *recordings);
     receiver.setPortal(QUrl(options.portal, QUrl::TolerantMode).toEncoded());
-    Script script(steps.steps);
     Console console(STDIN_FILENO);
+    std::unique_ptr<ScriptSession> script;
 
-    QObject::connect(&receiver, &Receiver::quitRequested, &application, &QCoreApplication::quit);
-    QObject::connect(&receiver, &Receiver::message, &receiver, [&script](const QString &lines) {
-        printLine(stdout, lines);
-        script.notePrinted(lines);
-    });
-    QObject::connect(&script, &Script::commandReached, &receiver, &Receiver::runConsoleCommand);
+    const auto end = [&script] {
+        if (!script || !script->abort("interrupted"))
+            QCoreApplication::quit();
+    };
+    QObject::connect(&receiver, &Receiver::quitRequested, &receiver, end);
+    QObject::connect(&receiver, &Receiver::message,
+                     [](const QString &lines) { printLine(stdout, lines); });
     QObject::connect(&console, &Console::lineRead, &receiver, [&receiver](const QString &line) {
         receiver.runConsoleCommand(parseConsoleLine(line));
     });
-    if (screen.plane) {
-        QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
-                         &VideoPlane::setViewport);
-        QObject::connect(&receiver, &Receiver::noticeChanged, screen.notice.get(),
-                         &Notice::setText);
-        QObject::connect(screen.notice.get(), &Notice::keyPressed, &receiver,
-                         &Receiver::leaveNotice);
-        QObject::connect(&receiver, &Receiver::standbyChanged, screen.cover.get(),
-                         &StandbyCover::setVisible);
+    connectScreen(receiver, screen);
+    if (!options.scriptFile.isEmpty()) {
+        script = std::make_unique<ScriptSession>(options.scriptFile, steps, options.reportFile);
+        connectScript(receiver, *script);
+        if (!options.controlSocket.isEmpty()) {
+            if (const QString obstacle = script->listen(options.controlSocket); !obstacle.isEmpty())
+                return failWith(obstacle);
+        }
+        // In the event loop, which a script may end.
+        QTimer::singleShot(0, script.get(), &ScriptSession::start);
     }
     FolderWatch watch;
     QObject::connect(&watch, &FolderWatch::changed, &receiver, [&receiver](const QString &name) {
@@ -127,14 +152,13 @@ int run(QGuiApplication &application, const ReceiverOptions &options, const Pars
         if (!watchFailure.isEmpty())
             printLine(stdout, watchFailure);
     }
+    QObject::connect(&termination, &TerminationSignals::received, &receiver, end);
     printLine(
         stdout,
         QString("serving %1, player: %2 (help lists the commands)").arg(path, screen.description));
     if (!options.readyFile.isEmpty())
         QFile(options.readyFile).open(QIODevice::WriteOnly);
     recordings->restore();
-    // In the event loop, which a script may end.
-    QTimer::singleShot(0, &script, &Script::start);
     return QGuiApplication::exec();
 }
 
@@ -155,9 +179,16 @@ int main(int argc, char *argv[])
         printLine(stdout, programVersion("vesprel-receiver"));
         return 0;
     }
-    const ParsedScript script = readScript(options.scriptFile);
-    if (!script.failure.isEmpty())
-        return failWith(script.failure);
+    const ParsedScript script =
+        options.scriptFile.isEmpty() ? ParsedScript() : readScriptFile(options.scriptFile);
+    if (!script.failure.isEmpty()) {
+        failWith(script.failure);
+        return ScriptSession::Unreadable;
+    }
+    if (options.wantsCheck) {
+        printOutputs(options, script);
+        return 0;
+    }
 
     choosePlatform(options.wantsHelp ? Player::Simulated : options.player);
     QGuiApplication application(argc, argv);
@@ -167,7 +198,5 @@ int main(int argc, char *argv[])
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::received, &application,
-                     &QCoreApplication::quit);
-    return run(application, options, script);
+    return run(termination, options, script);
 }

@@ -281,6 +281,9 @@ void Receiver::runConsoleCommand(const ConsoleCommand &command)
     case ConsoleCommand::Action::UnmountUsb:
         tellUsb(unmountUsbDisk(command.text), Event::UsbUnmounted);
         break;
+    case ConsoleCommand::Action::Silence: m_server.beSilent(command.ms); break;
+    case ConsoleCommand::Action::Slow: m_server.setDelay(command.ms); break;
+    case ConsoleCommand::Action::Leave: m_server.leave(); break;
     }
 }
 

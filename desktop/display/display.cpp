@@ -194,7 +194,7 @@ quint32 Display::focusedWindow()
     return pointer ? pointer->child : 0;
 }
 
-QString Display::focusedClass()
+Display::Focus Display::focus()
 {
     constexpr quint32 longest = 256; // In units of four bytes.
     quint32 window = focusedWindow();
@@ -208,7 +208,7 @@ QString Display::focusedClass()
         if (size > 0) {
             // Two texts with a NUL behind each, the second being the class.
             const auto *text = static_cast<const char *>(xcb_get_property_value(property.get()));
-            return QString::fromLatin1(QByteArray(text, size).split('\0').value(1));
+            return {window, QString::fromLatin1(QByteArray(text, size).split('\0').value(1))};
         }
         const auto tree = owned(
             xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));

@@ -43,11 +43,15 @@ public:
     /** Sends the mark of this number to a window, behind all input so far. */
     void mark(quint32 window, quint32 number);
 
-    /**
-     * The class of the window that keys go to now, as window managers know it; empty if no window
-     * gets them.
-     */
-    QString focusedClass();
+    /** A window and its class, as window managers know it; 0 and empty: none. */
+    struct Focus
+    {
+        quint32 window = 0;
+        QString windowClass;
+    };
+
+    /** The window that keys go to now. */
+    Focus focus();
 
     /** The whole screen as PNG; empty if it cannot be taken. */
     QByteArray picture();

@@ -46,15 +46,33 @@ QString ProtocolServer::listen(const QString &path)
 
 void ProtocolServer::send(Event event, const QByteArray &payload)
 {
-    const HeldEvent held = {event, payload};
+    m_outgoing.push([this, held = HeldEvent{event, payload}] { sendOrHold(held); });
+}
+
+void ProtocolServer::beSilent(int ms)
+{
+    m_incoming.hold(ms);
+    m_outgoing.hold(ms);
+}
+
+void ProtocolServer::leave()
+{
+    m_server.close();
+    const QVector<Peer *> peers = m_peers;
+    for (Peer *peer : peers)
+        removePeer(peer);
+}
+
+void ProtocolServer::sendOrHold(const HeldEvent &held)
+{
     if (sendNow(held))
         return;
-    if (m_peers.isEmpty() || m_heldBytes + payload.size() > mostHeldBytes) {
+    if (m_peers.isEmpty() || m_heldBytes + held.payload.size() > mostHeldBytes) {
         drop(held);
         return;
     }
     m_held.append(held);
-    m_heldBytes += int(frameHeaderSize) + payload.size();
+    m_heldBytes += int(frameHeaderSize) + held.payload.size();
     if (!m_holdTimer.isActive())
         m_holdTimer.start();
 }
@@ -63,40 +81,49 @@ void ProtocolServer::acceptPeers()
 {
     while (QLocalSocket *socket = m_server.nextPendingConnection()) {
         auto *peer = new Peer(socket, m_timing.settle, this);
-        connect(peer, &Peer::commandReceived, this, &ProtocolServer::commandReceived);
+        connect(peer, &Peer::commandReceived, this, [this](int type, const QByteArray &payload) {
+            m_incoming.push([this, type, payload] { emit commandReceived(type, payload); });
+        });
         connect(peer, &Peer::message, this, &ProtocolServer::message);
         connect(peer, &Peer::becameListener, this, &ProtocolServer::sendHeld);
         connect(peer, &Peer::disconnected, this, [this, peer] { removePeer(peer); });
         m_peers.append(peer);
         emit message("connection opened");
+        emit peerCountChanged(m_peers.size());
     }
 }
 
 void ProtocolServer::removePeer(Peer *peer)
 {
     m_peers.removeOne(peer);
+    peer->disconnect(this);
     peer->deleteLater();
     emit message("connection closed");
-    if (m_peers.isEmpty()) {
-        // The next program has not asked for what this one has.
-        dropHeld();
-        emit lastPeerLeft();
-    }
+    emit peerCountChanged(m_peers.size());
+    if (!m_peers.isEmpty())
+        return;
+    m_incoming.clear();
+    m_outgoing.clear();
+    // The next program has not asked for what this one has.
+    dropHeld();
+    emit lastPeerLeft();
 }
 
 bool ProtocolServer::sendNow(const HeldEvent &event)
 {
-    bool sent = false;
+    bool hasListener = false;
     for (Peer *peer : std::as_const(m_peers)) {
         if (!peer->isListener())
             continue;
         peer->send(frameOf(event.event, event.payload));
-        sent = true;
+        hasListener = true;
     }
+    if (hasListener)
+        emit sent(event.event, event.payload);
     // The progress comes every second and would bury everything else.
-    if (sent && event.event != Event::PlayTimeStatus)
+    if (hasListener && event.event != Event::PlayTimeStatus)
         emit message("sent: " + describeEvent(event.event, event.payload));
-    return sent;
+    return hasListener;
 }
 
 void ProtocolServer::sendHeld()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/link/delay_line.h"
 #include "desktop/link/peer.h"
 #include "enigma2/messages.h"
 
@@ -41,9 +42,24 @@ public:
     /** Sends an event or an answer with this payload to all listeners. */
     void send(Event event, const QByteArray &payload = {});
 
+    /** Acts as a receiver that hangs for so many ms: handles and sends nothing, then everything. */
+    void beSilent(int ms);
+
+    /** Acts as a slow receiver from now on: handles each command so many ms late. */
+    void setDelay(int ms) { m_incoming.setDelay(ms); }
+
+    /** Acts as a receiver that died: closes all connections and serves no more. */
+    void leave();
+
 signals:
     /** A frame came on any connection; the type may be unknown and the payload too short. */
     void commandReceived(int type, const QByteArray &payload);
+
+    /** What a listener was sent. */
+    void sent(Event event, const QByteArray &payload);
+
+    /** The number of connections changed. */
+    void peerCountChanged(int count);
 
     /** The last connection closed. */
     void lastPeerLeft();
@@ -60,6 +76,7 @@ private:
 
     void acceptPeers();
     void removePeer(Peer *peer);
+    void sendOrHold(const HeldEvent &held);
     bool sendNow(const HeldEvent &event);
     void sendHeld();
     QVector<HeldEvent> takeHeld();
@@ -72,4 +89,6 @@ private:
     QVector<Peer *> m_peers;
     QVector<HeldEvent> m_held;
     int m_heldBytes = 0;
+    DelayLine m_incoming;
+    DelayLine m_outgoing;
 };

@@ -33,7 +33,8 @@ confine() {
     say "bwrap is not there or may not work here; what runs can write wherever you can"
 }
 
-# start_confined COMMAND...: as start, with nothing to write but the box's own.
+# start_confined COMMAND...: as start, with nothing to write but the box's own, and what the caller
+# has in more_confinement.
 start_confined() {
     if [ ${#confinement[@]} -eq 0 ]; then
         start "$@"
@@ -42,7 +43,7 @@ start_confined() {
     # A Ctrl-C is for what runs inside, and for this script, which then ends that.
     (
         trap '' INT
-        exec bwrap "${confinement[@]}" --info-fd 9 -- "$@" 9>"$scratch/bwrap.$BASHPID"
+        exec bwrap "${confinement[@]}" ${more_confinement[@]+"${more_confinement[@]}"} --info-fd 9 -- "$@" 9>"$scratch/bwrap.$BASHPID"
     ) <&0 &
     children+=($!)
 }

@@ -16,8 +16,10 @@ through sudo unless you are root) and builds.
                       if the portal did not load or nothing is on the screen
   --player NAME       mpv plays and records for real, simulated shows a test picture and only
                       pretends; by default mpv where it is installed
-  --script FILE       the receiver runs the commands of FILE: those of its console, and
-                      "wait SECONDS" and "wait for TEXT" between them
+  --script FILE       presses keys, raises events and looks into the page as FILE says, without a
+                      display as well; ends with 0 if all was as expected, 1 if not, 2 if FILE
+                      can't be read. See docs/scripts.md
+  --junit FILE        writes a JUnit report of the script
   --inspector [PORT]  offers the pages to a WebKit browser at http://127.0.0.1:PORT (9222) for
                       inspection; otherwise this is off. It asks for no password: while it is on,
                       every program of this machine can use it, and so can a web site that is

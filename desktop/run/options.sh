@@ -6,6 +6,8 @@ screenshot=
 portal=
 inspector=
 driver=
+script=
+replay=
 receiver_options=()
 
 # port_or DEFAULT [WORD]: the word if it is a number, otherwise the default.
@@ -20,9 +22,11 @@ read_options() {
             screenshot=$2
             shift
             ;;
-        --player | --script)
+        --player | --script | --junit | --record | --replay)
             [ $# -ge 2 ] || fail "$1 needs an argument"
             receiver_options+=("$1" "$2")
+            [ "$1" != --script ] || script=$2
+            [ "$1" != --replay ] || replay=$2
             shift
             ;;
         --inspector)

@@ -130,6 +130,40 @@ private slots:
         BoxPaths::setRoot(m_root->path());
     }
 
+    /** What a silent or slow receiver was told comes late, in its order and nothing twice. */
+    void actsAsABadReceiver()
+    {
+        const QByteArray muteTwice = bytes("3ade68b1 0000044e 00000000 3ade68b1 0000044e 00000000");
+        const auto muteCount = [](const Link &link) {
+            return std::count_if(link.messages.begin(), link.messages.end(),
+                                 [](const auto &message) { return message.first() == "mute"; });
+        };
+        Link link;
+        link.commander.write(bytes("3ade68b1 0000044e 00000000"));
+        QTRY_COMPARE(muteCount(link), 1);
+        QTest::qWait(150); // Until the other connection counts as a listener.
+        link.receiver.runConsoleCommand(parseConsoleLine("receiver silent 0.3"));
+        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
+        link.commander.write(muteTwice);
+        QTest::qWait(100);
+        QCOMPARE(muteCount(link), 1);
+        QCOMPARE(link.listener.bytesAvailable(), 0);
+        QTRY_COMPARE(muteCount(link), 3);
+        QTRY_COMPARE(link.listener.readAll(), bytes("3ade68b1 000003f9 00000000"));
+
+        link.receiver.runConsoleCommand(parseConsoleLine("receiver slow 300"));
+        link.commander.write(muteTwice);
+        QTest::qWait(100);
+        QCOMPARE(muteCount(link), 3);
+        QTRY_COMPARE(muteCount(link), 5);
+
+        link.receiver.runConsoleCommand(parseConsoleLine("receiver gone"));
+        QTRY_COMPARE(link.listener.state(), QLocalSocket::UnconnectedState);
+        QLocalSocket late;
+        late.connectToServer(BoxPaths::receiverSocket());
+        QVERIFY(!late.waitForConnected(100));
+    }
+
     void eventsReachOnlyTheSilentConnection()
     {
         Link link;

@@ -179,6 +179,7 @@ CommandServer::Answer CommandServer::state(const Request &request)
         result["succeeded"] = m_pages.lastLoadSucceeded(view);
         result["loads"] = m_pages.loadCount(view);
         result["window"] = m_pages.handleOf(view);
+        result["url"] = view->url().toString();
     }
     return value(result);
 }

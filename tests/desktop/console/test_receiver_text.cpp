@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
-#include "desktop/console/script.h"
 #include "desktop/link/message_text.h"
 #include "desktop/player/play_request.h"
 #include "desktop/player/simulated_player.h"
@@ -20,7 +19,7 @@ QByteArray bytes(const char *hex) { return QByteArray::fromHex(hex); }
 
 } // namespace
 
-/** What people write to the receiver and read from it: console, script, options, commands. */
+/** What people write to the receiver and read from it: console, options, commands. */
 class TestReceiverText : public QObject
 {
     Q_OBJECT
@@ -49,9 +48,14 @@ private slots:
         other("", Action::Nothing);
         other("help", Action::Help);
         other("quit", Action::Quit);
-        for (const char *line : {"usb", "usb mounted", "usb mounted x", "portal", "rec started",
-                                 "rec started x", "rec started 1 2", "time 5", "audio pids",
-                                 "audio pid 99999999999", "play", "HELP", "quitter", "quit now"})
+        other("receiver silent 0.5", Action::Silence);
+        other("receiver  slow 20", Action::Slow);
+        other("receiver gone", Action::Leave);
+        for (const char *line :
+             {"usb", "usb mounted", "usb mounted x", "portal", "rec started", "rec started x",
+              "rec started 1 2", "time 5", "audio pids", "audio pid 99999999999", "play", "HELP",
+              "receiver", "receiver slow", "receiver slow -1", "receiver silent nan",
+              "receiver gone now", "quitter", "quit now"})
             other(line, Action::Explain);
     }
 
@@ -157,57 +161,19 @@ private slots:
         QCOMPARE(request.videoPid, 1);
     }
 
-    void scripts_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("steps");
-        QTest::addColumn<QString>("failure");
-        QTest::newRow("empty") << "" << 0 << "";
-        QTest::newRow("all kinds")
-            << "# start\n\n usb mount \r\nwait 1.5\nwait for play /a\nquit" << 4 << "";
-        QTest::newRow("unknown") << "usb mount\nusb mounted" << 0
-                                 << "line 2: Unknown command: usb mounted (try help)";
-        QTest::newRow("bad command") << "rec error" << 0 << "line 1: Usage: rec error N";
-        for (const char *line : {"wait", "wait x", "wait -1", "wait for", "wait nan", "wait 1e9"})
-            QTest::newRow(line) << line << 0 << "line 1: Usage: wait SECONDS, or wait for TEXT";
-    }
-
-    void scripts()
-    {
-        QFETCH(QString, text);
-        const ParsedScript script = parseScript(text);
-        QTEST(script.steps.size(), "steps");
-        QTEST(script.failure, "failure");
-    }
-
-    void scriptWaits()
-    {
-        Script script(
-            parseScript("usb mount\nwait 0.02\npower on\nwait for sent: x\nusb unmount").steps);
-        QSignalSpy finished(&script, &Script::finished);
-        QVector<Event> events;
-        connect(&script, &Script::commandReached, &script,
-                [&events](const ConsoleCommand &command) { events += command.event; });
-        script.notePrinted("sent: x"); // Before its time.
-        script.start();
-        QCOMPARE(events, QVector<Event>{Event::UsbMounted});
-        QTRY_COMPARE(events.size(), 2);
-        script.notePrinted("play sent: x");
-        QVERIFY(!finished.wait(20));
-        script.notePrinted("play\nsent: xyz");
-        QTRY_COMPARE(finished.count(), 1);
-        QCOMPARE(events.last(), Event::UsbUnmounted);
-    }
-
     void commandLine_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("failure");
         QTest::newRow("none") << QStringList() << "";
-        QTest::newRow("all") << QStringList{"--player=mpv", "--script", "s", "--ready", "r"} << "";
+        QTest::newRow("all") << QStringList{"--player=mpv", "--script", "s", "--junit", "j",
+                                            "--ready",      "r"}
+                             << "";
         QTest::newRow("player") << QStringList{"--player=vcr"}
                                 << "There is no player \"vcr\", only mpv and simulated.";
         QTest::newRow("unknown") << QStringList{"--what"} << "Unknown option 'what'.";
+        QTest::newRow("report") << QStringList{"--junit=j"}
+                                << "--junit reports on a script; name one with --script.";
         QTest::newRow("surplus") << QStringList{"file"} << "Unexpected argument: file";
     }
 
