@@ -7,6 +7,7 @@
 #include "platform/environment.h"
 #include "platform/program_version.h"
 #include "shell/window.h"
+#include "shell/window_placement.h"
 
 #include <QApplication>
 #include <QDir>
@@ -61,6 +62,6 @@ int runVesprel(int &argc, char **argv)
     const QString portal = qEnvironmentVariable(Environment::startPortal);
     QApplication::setOverrideCursor(Qt::BlankCursor);
     window.setUrl(QUrl(portal, QUrl::TolerantMode));
-    window.showMaximized();
+    showInPlace(window);
     return QApplication::exec();
 }

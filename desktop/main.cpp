@@ -72,10 +72,14 @@ void printOutputs(const ReceiverOptions &options, const ParsedScript &script)
 }
 
 /** Connects the receiver with what is on the screen, if that is one. */
-void connectScreen(Receiver &receiver, const Screen &screen)
+void connectScreen(ProtocolServer &server, Receiver &receiver, const Screen &screen)
 {
     if (!screen.plane)
         return;
+    QObject::connect(&server, &ProtocolServer::peerJoined, screen.program.get(),
+                     &ProgramWindow::follow);
+    QObject::connect(&server, &ProtocolServer::lastPeerLeft, screen.program.get(),
+                     [&screen] { screen.program->follow(0); });
     QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
                      &VideoPlane::setViewport);
     QObject::connect(&receiver, &Receiver::noticeChanged, screen.notice.get(), &Notice::setText);
@@ -131,7 +135,7 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const P
     QObject::connect(&console, &Console::lineRead, &receiver, [&receiver](const QString &line) {
         receiver.runConsoleCommand(parseConsoleLine(line));
     });
-    connectScreen(receiver, screen);
+    connectScreen(server, receiver, screen);
     if (!options.scriptFile.isEmpty()) {
         script = std::make_unique<ScriptSession>(options.scriptFile, steps, options.reportFile);
         connectScript(receiver, *script);

@@ -11,7 +11,7 @@ play_packages="mpv ffmpeg picom bubblewrap"
 driver_packages="libcpp-httplib-dev xvfb"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
-test_packages="mpv ffmpeg xdotool $driver_packages python3-pytest python3-selenium"
+test_packages="mpv ffmpeg xdotool openbox x11-utils $driver_packages python3-pytest python3-selenium"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 

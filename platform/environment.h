@@ -21,6 +21,7 @@ inline constexpr char cacheMaxSize[] = "Q_CACHE_MAX_SIZE";
 inline constexpr char portalOrigins[] = "Q_PORTAL_ORIGINS";
 inline constexpr char webDebug[] = "Q_WEB_DEBUG";
 inline constexpr char trust[] = "VESPREL_TRUST";
+inline constexpr char window[] = "VESPREL_WINDOW"; // on a desktop
 inline constexpr char watchdogFile[] = "Q_WATCHDOG_FILE";
 inline constexpr char version[] = "Q_VERSION";
 inline constexpr char deviceVendor[] = "Q_DEVICE_VENDOR";

@@ -12,6 +12,7 @@
 #include "shell/pages/page_statement.h"
 #include "shell/pages/script_connections.h"
 #include "shell/window.h"
+#include "shell/window_placement.h"
 
 #include <QRect>
 #include <QThread>
@@ -29,7 +30,7 @@ void Window::OnNewPortal(const QString &url)
 {
     closeKeyboard();
     m_browser.leaveIdle();
-    showMaximized();
+    showInPlace(*this);
     setUrl(QUrl(url, QUrl::TolerantMode));
 }
 

@@ -25,11 +25,11 @@
 #include "shell/pages/script_connections.h"
 #include "shell/pages/transparent_view.h"
 #include "shell/pages/web_page.h"
+#include "shell/window_placement.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QNetworkDiskCache>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QWebFrame>
 #include <QWebView>
@@ -50,7 +50,7 @@ Window::Window(QWidget *parent)
           QWebSettings::WebGLEnabled})
         QWebSettings::globalSettings()->setAttribute(attribute, true);
 
-    resize(QGuiApplication::primaryScreen()->availableGeometry().size());
+    resize(initialWindowSize());
     setAttribute(Qt::WA_TranslucentBackground);
     setStyleSheet(transparentStyle);
 

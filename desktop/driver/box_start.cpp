@@ -6,6 +6,8 @@
 
 #include "desktop/driver/keeper.h"
 #include "desktop/driver/webdriver_error.h"
+#include "platform/environment.h"
+#include "platform/screen_size.h"
 
 #include <QDir>
 #include <QFile>
@@ -37,7 +39,7 @@ QSize screenOf(const BoxOptions &options, const Profile &profile)
 {
     if (options.screen.isValid())
         return options.screen;
-    const QSize ofModel = screenSize(profile.value("VESPREL_WINDOW"));
+    const QSize ofModel = screenSize(profile.value(Environment::window));
     return ofModel.isValid() ? ofModel : QSize(1280, 720);
 }
 
@@ -245,7 +247,7 @@ void Box::startProgram(const BoxPrograms &programs, const SessionRequest &reques
         how.environment += "VESPREL_DRIVER_INSECURE=1";
     Profile variables = profile;
     // The box fills its screen, which is of the model's size unless the session has said otherwise.
-    variables.remove("VESPREL_WINDOW");
+    variables.remove(Environment::window);
     for (auto row = request.box.environment.begin(); row != request.box.environment.end(); ++row)
         variables[row.key()] = row.value();
     for (auto row = variables.begin(); row != variables.end(); ++row)

@@ -2,8 +2,8 @@
 #include "desktop/driver/capabilities.h"
 
 #include "desktop/driver/arguments.h"
-#include "desktop/driver/profile.h"
 #include "desktop/driver/webdriver_error.h"
+#include "platform/screen_size.h"
 
 #include <QJsonArray>
 #include <QRegularExpression>

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QMap>
-#include <QSize>
 #include <QString>
 
 /** The variables by which a box is one model or another, by name. */
@@ -20,6 +19,3 @@ Profile parseProfile(const QByteArray &text, QString &failure);
  * or which profiles there are.
  */
 Profile readProfile(const QString &folder, const QString &name, QString &failure);
-
-/** The size that a text WIDTHxHEIGHT tells in px, each from 64 to 8192; invalid otherwise. */
-QSize screenSize(const QString &text);

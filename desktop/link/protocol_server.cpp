@@ -4,6 +4,7 @@
 #include "desktop/link/message_text.h"
 #include "desktop/link/receiver_socket.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <utility>
 
@@ -16,6 +17,17 @@ QByteArray frameOf(Event event, const QByteArray &payload)
     const auto header =
         packFrameHeader(static_cast<std::int32_t>(event), static_cast<std::size_t>(payload.size()));
     return QByteArray(header.data(), static_cast<int>(header.size())) + payload;
+}
+
+/** Who is at the other end; 0 if that is not to be known. */
+qint64 processOf(const QLocalSocket &socket)
+{
+    ucred credentials = {};
+    socklen_t size = sizeof credentials;
+    const int descriptor = int(socket.socketDescriptor());
+    return ::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &credentials, &size) == 0
+               ? credentials.pid
+               : 0;
 }
 
 } // namespace
@@ -90,6 +102,7 @@ void ProtocolServer::acceptPeers()
         m_peers.append(peer);
         emit message("connection opened");
         emit peerCountChanged(m_peers.size());
+        emit peerJoined(processOf(*socket));
     }
 }
 

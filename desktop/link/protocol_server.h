@@ -61,6 +61,9 @@ signals:
     /** The number of connections changed. */
     void peerCountChanged(int count);
 
+    /** A process connected, once or more often. */
+    void peerJoined(qint64 processId);
+
     /** The last connection closed. */
     void lastPeerLeft();
 

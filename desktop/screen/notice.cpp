@@ -15,7 +15,7 @@ Notice::Notice()
 {
     setTitle("Vesprel receiver");
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    setGeometry(screen()->geometry());
+    setArea(screen()->geometry());
 }
 
 void Notice::setText(const QString &text)
@@ -25,7 +25,7 @@ void Notice::setText(const QString &text)
         hide();
         return;
     }
-    showFullScreen();
+    show();
     raise();
     requestActivate();
     update();

@@ -17,6 +17,11 @@ void openPlane(Screen &screen, std::unique_ptr<BlackWindow> video)
     screen.plane = std::make_unique<VideoPlane>(std::move(video));
     screen.notice = std::make_unique<Notice>();
     screen.cover = std::make_unique<StandbyCover>();
+    screen.program = std::make_unique<ProgramWindow>(*screen.plane);
+    for (BlackWindow *window : std::initializer_list<BlackWindow *>{
+             screen.plane.get(), screen.notice.get(), screen.cover.get()})
+        QObject::connect(screen.program.get(), &ProgramWindow::placed, window,
+                         &BlackWindow::setArea);
 }
 
 /** What only pretends to play, with a picture of it where there is a screen. */

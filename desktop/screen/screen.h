@@ -4,6 +4,7 @@
 #include "desktop/player/media_player.h"
 #include "desktop/receiver_options.h"
 #include "desktop/screen/notice.h"
+#include "desktop/screen/program_window.h"
 #include "desktop/screen/video_plane.h"
 
 #include <QString>
@@ -13,9 +14,10 @@
 /** What plays, and where it is shown. */
 struct Screen
 {
-    std::unique_ptr<VideoPlane> plane;   ///< None without a display.
-    std::unique_ptr<Notice> notice;      ///< The same.
-    std::unique_ptr<StandbyCover> cover; ///< The same.
+    std::unique_ptr<VideoPlane> plane;      ///< None without a display.
+    std::unique_ptr<Notice> notice;         ///< The same.
+    std::unique_ptr<StandbyCover> cover;    ///< The same.
+    std::unique_ptr<ProgramWindow> program; ///< The same.
     std::unique_ptr<MediaPlayer> player;
     QString description;
 };

@@ -12,19 +12,26 @@ void BlackWindow::paintEvent(QPaintEvent *)
     QPainter(this).fillRect(QRect(QPoint(0, 0), size()), Qt::black);
 }
 
+void BlackWindow::setArea(const QRect &area)
+{
+    const bool isWhole = screen()->geometry() == area;
+    if (!isWhole)
+        setWindowStates(Qt::WindowNoState);
+    setGeometry(area);
+    if (isWhole)
+        setWindowStates(Qt::WindowFullScreen);
+}
+
 VideoPlane::VideoPlane(std::unique_ptr<BlackWindow> video)
     : m_video(std::move(video))
 {
     m_video->setParent(this);
     setTitle("Vesprel video");
-    // Framed and maximised as the program's window is, so that a window manager gives both the
-    // same place; without one both are as large as the screen.
-    setFlags(Qt::Window | Qt::WindowStaysOnBottomHint | Qt::WindowDoesNotAcceptFocus);
-    setGeometry(screen()->availableGeometry());
-    showMaximized();
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    setArea(screen()->geometry());
+    show();
     m_video->show();
     place();
-    lower();
 }
 
 void VideoPlane::setViewport(const Viewport &viewport)
@@ -47,13 +54,6 @@ void VideoPlane::resizeEvent(QResizeEvent *event)
 {
     BlackWindow::resizeEvent(event);
     place();
-}
-
-void VideoPlane::exposeEvent(QExposeEvent *event)
-{
-    BlackWindow::exposeEvent(event);
-    // A receiver that is started behind the program still belongs below it.
-    lower();
 }
 
 void VideoPlane::place()

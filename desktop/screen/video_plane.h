@@ -15,13 +15,16 @@ class BlackWindow : public QRasterWindow
 public:
     using QRasterWindow::QRasterWindow;
 
+    /** Covers this area (px of the display), above panels if it is a whole screen. */
+    void setArea(const QRect &area);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
 /**
- * The plane below the portal: a black window as large as the program's, always at the bottom,
- * with the video in the window inside it. Without a portal area that is transparent, and a
+ * The plane below the portal: a black window where the program's is, directly below it, with the
+ * video in the window inside it. Without a portal area that is transparent, and a
  * compositor, nothing of it is seen.
  */
 class VideoPlane : public BlackWindow
@@ -41,7 +44,6 @@ public:
 protected:
     bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void exposeEvent(QExposeEvent *event) override;
 
 private:
     void place();

@@ -17,6 +17,12 @@ QMdiSubWindow *PageArea::addPane(QWidget *widget, Qt::WindowFlags flags)
     return pane;
 }
 
+void PageArea::resizeEvent(QResizeEvent *event)
+{
+    QMdiArea::resizeEvent(event);
+    emit resized(viewport()->size());
+}
+
 bool PageArea::eventFilter(QObject *watched, QEvent *event)
 {
     const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;

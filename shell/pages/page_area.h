@@ -17,7 +17,13 @@ public:
     /** Adds a frameless sub-window without the menu that Ctrl+W and its like belong to. */
     QMdiSubWindow *addPane(QWidget *widget, Qt::WindowFlags flags = {});
 
+signals:
+    /** The area has this size now (px). */
+    void resized(const QSize &size);
+
 protected:
+    void resizeEvent(QResizeEvent *event) override;
+
     /** Leaves Ctrl+Tab and its like to the page. */
     bool eventFilter(QObject *watched, QEvent *event) override;
 };

@@ -20,6 +20,7 @@ PageStack::PageStack(PageArea *area, const QSize &size, DialogHost &dialogs, QOb
     QMdiSubWindow *subWindow = area->addPane(m_stack);
     subWindow->resize(size);
     subWindow->show();
+    connect(area, &PageArea::resized, subWindow, qOverload<const QSize &>(&QWidget::resize));
 }
 
 void PageStack::addPortal()
