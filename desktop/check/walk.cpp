@@ -8,7 +8,7 @@
 namespace {
 
 // A program that ends and is started again is away for longer.
-constexpr unsigned long startMs = 100;
+constexpr unsigned long awayMs = 100;
 
 } // namespace
 
@@ -22,7 +22,7 @@ QString Walk::restart()
 {
     if (m_session) {
         m_session.reset();
-        QThread::msleep(startMs);
+        QThread::msleep(awayMs);
     }
     auto session = std::make_unique<Session>(m_path, m_overall, findings);
     QString fault = session->open();
