@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
  * Typing into one input element at a time. On the box it opens the on-screen keyboard, which then
- * gets all keys. Its Enter key closes it through gSTB, which can be asked; its own close key tells
- * nobody, but the next key that reaches this page proves that it is gone.
+ * gets all keys. Its Enter key and Back close it through gSTB, which can be asked; its own close key
+ * tells nobody, but the next key that reaches this page proves that it is gone.
  */
 var TextField = (function () {
     'use strict';
@@ -25,7 +25,7 @@ var TextField = (function () {
         document.body.focus();
     }
 
-    /* Enter on the keyboard: the text is complete. */
+    /* The keyboard has closed itself: the text is complete. */
     function accept() {
         var notify = accepted;
         release();

@@ -95,6 +95,12 @@ QList<qint64> DriverClient::children(const QString &name) const
 
 bool DriverClient::isRunning(qint64 id) { return read(id).runs; }
 
+QString DriverClient::boxRoot() const
+{
+    const QDir folder(m_folder.path());
+    return folder.filePath(folder.entryList({"vesprel-driver.*"}, QDir::Dirs).value(0) + "/box");
+}
+
 QStringList DriverClient::files() const
 {
     return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);

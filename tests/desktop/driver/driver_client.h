@@ -49,6 +49,9 @@ public:
     /** Whether a process still runs. */
     static bool isRunning(qint64 id);
 
+    /** The folder that stands for the file system of the session's box. */
+    QString boxRoot() const;
+
     /** What is left below the driver's temporary folder. */
     QStringList files() const;
 
