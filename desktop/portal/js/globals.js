@@ -2,7 +2,7 @@
 /*
  * Besides key, the globals that the box's own scripts use: it reads stb and module before it
  * translates the channel keys, changes stb.profile, and reports events through stbEvent and _debug.
- * A portal without them gets a script error instead of an event.
+ * Each page that can be on top needs them, or gets a script error instead of an event.
  */
 var stb = {
     player: {active_time_shift: false},
@@ -16,7 +16,7 @@ var module = {
         dom_obj: {
             /* False while a menu lies over the TV picture, which then keeps the channel keys. */
             isHidden: function () {
-                return Pager.current() === 'video';
+                return stb.cur_place === 'tv';
             }
         }
     }
