@@ -246,6 +246,10 @@ void TestDemoPortal::favouritePlaysAtStart()
     m_walker.switchTo("favourites");
     WALK({"", "", "#favouriteForm", "Favourite"}, {"ok, down, ok", "", "#state", "Saved."},
          {"down, ok"});
+    // Events come to the page on top.
+    m_walker.tellReceiver("rec started 5");
+    const QString events = "return document.getElementById('eventRows').textContent";
+    QTRY_VERIFY(m_client.script(events).value.toString().contains("recording started, task 5"));
     QCOMPARE(m_client
                  .script("return document.getElementById('favourite').value + "
                          "document.getElementById('autostart').checked")
