@@ -9,6 +9,8 @@
 #include "desktop/screen/screen.h"
 #include "desktop/script/script_session.h"
 #include "desktop/termination_signals.h"
+#include "desktop/traffic/replayer.h"
+#include "desktop/traffic/traffic_recorder.h"
 #include "desktop/watch/folder_watch.h"
 #include "platform/box_paths.h"
 #include "platform/one_line.h"
@@ -88,6 +90,63 @@ void connectScreen(ProtocolServer &server, Receiver &receiver, const Screen &scr
                      &StandbyCover::setVisible);
 }
 
+/** What the files of the options hold. */
+struct Inputs
+{
+    ParsedScript script;
+    ParsedTraffic traffic;
+};
+
+/** Reads them; false, and a line for a person, when one cannot be used. */
+bool readInputs(const ReceiverOptions &options, Inputs &inputs)
+{
+    if (!options.scriptFile.isEmpty())
+        inputs.script = readScriptFile(options.scriptFile);
+    if (!options.replayFile.isEmpty())
+        inputs.traffic = readTrafficFile(options.replayFile);
+    for (const QString &failure : {inputs.script.failure, inputs.traffic.failure}) {
+        if (!failure.isEmpty())
+            failWith(failure);
+    }
+    return inputs.script.failure.isEmpty() && inputs.traffic.failure.isEmpty();
+}
+
+void connectRecorder(ProtocolServer &server, TrafficRecorder &recorder)
+{
+    QObject::connect(&server, &ProtocolServer::commandReceived, &recorder,
+                     &TrafficRecorder::noteCommand);
+    QObject::connect(&server, &ProtocolServer::sent, &recorder,
+                     [&recorder](Event event, const QByteArray &payload) {
+                         recorder.noteSent(static_cast<int>(event), payload);
+                     });
+    QObject::connect(&server, &ProtocolServer::peerCountChanged, &recorder,
+                     &TrafficRecorder::noteConnections);
+    QObject::connect(&recorder, &TrafficRecorder::message,
+                     [](const QString &line) { printLine(stdout, line); });
+}
+
+void connectReplayer(ProtocolServer &server, Receiver &receiver, Replayer &replayer)
+{
+    receiver.handCommandsTo(
+        [&replayer](int type, const QByteArray &payload) { replayer.take(type, payload); });
+    QObject::connect(&replayer, &Replayer::due, &server, &ProtocolServer::send);
+    QObject::connect(&replayer, &Replayer::message, &receiver, &Receiver::message);
+}
+
+/** Loads the portal again when something in the folder changes. */
+void startWatch(FolderWatch &watch, Receiver &receiver, const QString &folder)
+{
+    QObject::connect(&watch, &FolderWatch::changed, &receiver, [&receiver](const QString &name) {
+        printLine(stdout, "changed: " + oneLine(name));
+        receiver.reloadPortal();
+    });
+    if (folder.isEmpty())
+        return;
+    const QString failure = watch.start(folder);
+    if (!failure.isEmpty())
+        printLine(stdout, failure);
+}
+
 void connectScript(Receiver &receiver, ScriptSession &script)
 {
     QObject::connect(&receiver, &Receiver::message, &script, &ScriptSession::notePrinted);
@@ -109,11 +168,17 @@ std::unique_ptr<Recordings> openRecordings(Player player)
 }
 
 /** Serves until it is asked to end; the exit code. */
-int run(TerminationSignals &termination, const ReceiverOptions &options, const ParsedScript &steps)
+int run(TerminationSignals &termination, const ReceiverOptions &options, const Inputs &inputs)
 {
     ProtocolServer server;
+    TrafficRecorder recorder;
     const QString path = BoxPaths::receiverSocket();
-    const QString failure = server.listen(path);
+    QString failure = server.listen(path);
+    if (failure.isEmpty() && !options.recordFile.isEmpty()) {
+        // Before the receiver, which answers at once.
+        connectRecorder(server, recorder);
+        failure = recorder.start(options.recordFile);
+    }
     if (!failure.isEmpty())
         return failWith(failure);
     const Screen screen = openScreen(options);
@@ -121,7 +186,11 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const P
         return failWith("--player=mpv needs mpv and an X display.");
     const std::unique_ptr<Recordings> recordings = openRecordings(options.player);
     Receiver receiver(server, *screen.player, *recordings);
-    receiver.setPortal(QUrl(options.portal, QUrl::TolerantMode).toEncoded());
+    const QByteArray portal = QUrl(options.portal, QUrl::TolerantMode).toEncoded();
+    receiver.setPortal(portal);
+    Replayer replayer(inputs.traffic.messages, portal);
+    if (!options.replayFile.isEmpty())
+        connectReplayer(server, receiver, replayer);
     Console console(STDIN_FILENO);
     std::unique_ptr<ScriptSession> script;
 
@@ -137,7 +206,8 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const P
     });
     connectScreen(server, receiver, screen);
     if (!options.scriptFile.isEmpty()) {
-        script = std::make_unique<ScriptSession>(options.scriptFile, steps, options.reportFile);
+        script =
+            std::make_unique<ScriptSession>(options.scriptFile, inputs.script, options.reportFile);
         connectScript(receiver, *script);
         if (!options.controlSocket.isEmpty()) {
             if (const QString obstacle = script->listen(options.controlSocket); !obstacle.isEmpty())
@@ -147,22 +217,18 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const P
         QTimer::singleShot(0, script.get(), &ScriptSession::start);
     }
     FolderWatch watch;
-    QObject::connect(&watch, &FolderWatch::changed, &receiver, [&receiver](const QString &name) {
-        printLine(stdout, "changed: " + oneLine(name));
-        receiver.reloadPortal();
-    });
-    if (!options.watchedFolder.isEmpty()) {
-        const QString watchFailure = watch.start(options.watchedFolder);
-        if (!watchFailure.isEmpty())
-            printLine(stdout, watchFailure);
-    }
+    startWatch(watch, receiver, options.watchedFolder);
     QObject::connect(&termination, &TerminationSignals::received, &receiver, end);
+    if (!inputs.traffic.warning.isEmpty())
+        printLine(stdout, "replaying what is before the end: " + inputs.traffic.warning);
     printLine(
         stdout,
         QString("serving %1, player: %2 (help lists the commands)").arg(path, screen.description));
     if (!options.readyFile.isEmpty())
         QFile(options.readyFile).open(QIODevice::WriteOnly);
-    recordings->restore();
+    // What goes on by itself would mix with what is replayed.
+    if (options.replayFile.isEmpty())
+        recordings->restore();
     return QGuiApplication::exec();
 }
 
@@ -183,14 +249,11 @@ int main(int argc, char *argv[])
         printLine(stdout, programVersion("vesprel-receiver"));
         return 0;
     }
-    const ParsedScript script =
-        options.scriptFile.isEmpty() ? ParsedScript() : readScriptFile(options.scriptFile);
-    if (!script.failure.isEmpty()) {
-        failWith(script.failure);
+    Inputs inputs;
+    if (!readInputs(options, inputs))
         return ScriptSession::Unreadable;
-    }
     if (options.wantsCheck) {
-        printOutputs(options, script);
+        printOutputs(options, inputs.script);
         return 0;
     }
 
@@ -202,5 +265,5 @@ int main(int argc, char *argv[])
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination;
-    return run(termination, options, script);
+    return run(termination, options, inputs);
 }

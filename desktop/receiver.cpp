@@ -163,6 +163,10 @@ void Receiver::handleCommand(int type, const QByteArray &payload)
 {
     static_assert(handlesEachOnce(commandHandlers), "each command needs one handler");
     emit message(describeCommand(type, payload));
+    if (m_other) {
+        m_other(type, payload);
+        return;
+    }
     for (const CommandHandler &handler : commandHandlers) {
         if (static_cast<int>(handler.command) == type)
             handler.handle(*this, payload);

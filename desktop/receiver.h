@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class MediaPlayer;
 class ProtocolServer;
 class Recordings;
@@ -35,6 +37,12 @@ public:
 
     /** Loads the portal again, in place of what plays and of the receiver's own screen. */
     void reloadPortal();
+
+    /** From now on commands are told and handed on to this instead of being carried out. */
+    void handCommandsTo(const std::function<void(int type, const QByteArray &payload)> &other)
+    {
+        m_other = other;
+    }
 
     /** Goes back from the receiver's own screen to what was there, or to the portal. */
     void leaveNotice();
@@ -88,6 +96,7 @@ private:
     PortalProbe m_probe;
     QByteArray m_portal;
     QByteArray m_current; ///< The portal that was announced last.
+    std::function<void(int, const QByteArray &)> m_other;
     bool m_isAnnounced = false;
     bool m_isStandby = false;
     bool m_isPortalHidden = false; ///< Behind the receiver's own screen there is no portal.

@@ -20,6 +20,8 @@ through sudo unless you are root) and builds.
                       display as well; ends with 0 if all was as expected, 1 if not, 2 if FILE
                       can't be read. See docs/scripts.md
   --junit FILE        writes a JUnit report of the script
+  --record FILE       writes what program and receiver tell each other, as JSON lines
+  --replay FILE       answers and raises events as recorded, instead of playing and recording
   --inspector [PORT]  offers the pages to a WebKit browser at http://127.0.0.1:PORT (9222) for
                       inspection; otherwise this is off. It asks for no password: while it is on,
                       every program of this machine can use it, and so can a web site that is

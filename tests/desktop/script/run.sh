@@ -66,3 +66,23 @@ holds "$work/output" "the program does not answer"
 script 2 <<EOT
 bogus
 EOT
+
+# What was recorded is played again, with another portal than the recorded one.
+script 0 --record "$work/session" <<EOT
+expect eval document.readyState === 'complete'
+key ok
+expect sent: play start
+EOT
+holds "$work/session" '"message":"PlayStart"'
+demo=$(realpath "$(dirname "$box")/../portal/index.html")
+script 0 --replay "$work/session" "file://$demo?again" <<EOT
+expect eval location.search === '?again'
+expect eval document.readyState === 'complete'
+key ok
+expect sent: play start
+expect replay: the recording is at its end
+EOT
+script 2 --replay /dev/null <<EOT
+eval 1
+EOT
+holds "$work/output" "/dev/null:0: there is no message in it"
