@@ -2,6 +2,7 @@
 #include "desktop/console/console.h"
 #include "desktop/console/console_command.h"
 #include "desktop/link/protocol_server.h"
+#include "desktop/player/box_sound.h"
 #include "desktop/receiver.h"
 #include "desktop/receiver_options.h"
 #include "desktop/recordings/ffmpeg_recordings.h"
@@ -191,6 +192,9 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const I
     Replayer replayer(inputs.traffic.messages, portal);
     if (!options.replayFile.isEmpty())
         connectReplayer(server, receiver, replayer);
+    BoxSound sound;
+    QObject::connect(&sound, &BoxSound::changed, screen.player.get(), &MediaPlayer::setSound);
+    sound.start();
     Console console(STDIN_FILENO);
     std::unique_ptr<ScriptSession> script;
 

@@ -70,6 +70,9 @@ public:
 
     virtual void toggleMute() {}
 
+    /** Volume in percent and mute as the portal wants them. */
+    virtual void setSound(int, bool) {}
+
     /** Without sound, whatever volume and mute are, until this is taken back. */
     virtual void setSilent(bool) {}
 

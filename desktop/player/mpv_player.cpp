@@ -188,6 +188,14 @@ void MpvPlayer::toggleMute()
     setLastingProperty("mute", m_isMuted || m_isSilent);
 }
 
+void MpvPlayer::setSound(int percent, bool isMuted)
+{
+    m_volume = percent;
+    m_isMuted = isMuted;
+    setLastingProperty("volume", m_volume);
+    setLastingProperty("mute", m_isMuted || m_isSilent);
+}
+
 void MpvPlayer::setSilent(bool isSilent)
 {
     m_isSilent = isSilent;

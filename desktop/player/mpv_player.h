@@ -47,6 +47,7 @@ public:
     void setAspect(Aspect aspect) override;
     void changeVolume(int percent) override;
     void toggleMute() override;
+    void setSound(int percent, bool isMuted) override;
     void setSilent(bool isSilent) override;
 
 private:

@@ -2,9 +2,13 @@
 /*
  * Stand-in for the box's sound output where its SDK is absent: keeps gain and mute in memory.
  * Like a real device it refuses what comes out of turn: opening before the start, and everything
- * else before opening.
+ * else before opening. On a desktop what it keeps is also told to what plays.
  */
 #include "platform/sound.h"
+
+#ifdef VESPREL_DESKTOP
+#include "platform/desktop_sound.h"
+#endif
 
 namespace {
 
@@ -20,6 +24,13 @@ struct Device
 };
 
 Device device;
+
+void tell()
+{
+#ifdef VESPREL_DESKTOP
+    writeDesktopSound({device.gain.s32Gain, device.mute != 0});
+#endif
+}
 
 } // namespace
 
@@ -50,6 +61,7 @@ HI_S32 HI_UNF_SND_Open(HI_UNF_SND_E, const HI_UNF_SND_ATTR_S *)
     if (!device.started)
         return refused;
     device.open = true;
+    tell();
     return success;
 }
 
@@ -67,6 +79,7 @@ HI_S32 HI_UNF_SND_SetVolume(HI_UNF_SND_E, HI_UNF_SND_OUTPUTPORT_E,
     if (!device.open)
         return refused;
     device.gain = *gain;
+    tell();
     return success;
 }
 
@@ -83,6 +96,7 @@ HI_S32 HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_E, HI_BOOL mute)
     if (!device.open)
         return refused;
     device.mute = mute;
+    tell();
     return success;
 }
 

@@ -19,9 +19,11 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 
 namespace {
 
@@ -77,6 +79,51 @@ private slots:
         QVERIFY(QDir(m_root.path()).mkpath("media"));
         QVERIFY(makeClip(clip(), 2));
         QVERIFY(makeClip(m_root.path() + "/media/long.mkv", 60));
+    }
+
+    void loudness_data()
+    {
+        QTest::addColumn<QString>("steps"); // A volume, or a word.
+        QTest::addColumn<double>("low");    // Of the loudest sample, 0 to 1.
+        QTest::addColumn<double>("high");
+        QTest::newRow("as it is") << "" << 0.1 << 0.2;
+        QTest::newRow("half") << "50" << 0.01 << 0.05;
+        QTest::newRow("loud again") << "50 100" << 0.1 << 0.2;
+        QTest::newRow("none") << "0" << 0.0 << 0.0;
+        QTest::newRow("muted") << "muted" << 0.0 << 0.0;
+        QTest::newRow("stand-by") << "standby" << 0.0 << 0.0;
+        QTest::newRow("after stand-by") << "standby on" << 0.1 << 0.2;
+        QTest::newRow("volume in stand-by") << "standby 90" << 0.0 << 0.0;
+        QTest::newRow("muted before stand-by") << "muted standby on" << 0.0 << 0.0;
+    }
+
+    /** What comes out of mpv in the end. */
+    void loudness()
+    {
+        QFETCH(QString, steps);
+        QFETCH(double, low);
+        QFETCH(double, high);
+        const QString file = m_root.path() + "/heard.wav";
+        MpvOptions options = quietOptions();
+        options.arguments = QStringList{"--vo=null", "--ao=pcm", "--ao-pcm-file=" + file};
+        {
+            Player player(options);
+            for (const QString &step : steps.split(' ', Qt::SkipEmptyParts)) {
+                if (step == "standby" || step == "on")
+                    player.mpv.setSilent(step == "standby");
+                else
+                    player.mpv.setSound(step == "muted" ? 100 : step.toInt(), step == "muted");
+            }
+            player.mpv.play({"/media/clip.ts", 0});
+            QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
+        }
+        const QByteArray wave = contentOf(file);
+        int loudest = 0;
+        for (int at = wave.indexOf("data") + 8; at + 1 < wave.size(); at += 2)
+            loudest = std::max(loudest, std::abs(int(qFromLittleEndian<qint16>(wave.data() + at))));
+        QVERIFY(wave.size() > 100000);
+        const double level = loudest / 32768.0;
+        QVERIFY2(level >= low && level <= high, qPrintable(QString::number(level)));
     }
 
     void playsToTheEnd()

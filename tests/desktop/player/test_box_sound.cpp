@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/player/box_sound.h"
+#include "platform/box_paths.h"
+#include "platform/desktop_sound.h"
+#include "platform/sound.h"
+#include "tests/support/files.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+/** From the box's sound functions in the program to the receiver that follows. */
+class TestBoxSound : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void setVolume(int gain)
+    {
+        const HI_UNF_SND_GAIN_ATTR_S attributes = {1, gain};
+        HI_UNF_SND_SetVolume(HI_UNF_SND_0, HI_UNF_SND_OUTPUTPORT_ALL, &attributes);
+    }
+
+    static void open()
+    {
+        const HI_UNF_SND_ATTR_S attributes = {};
+        HI_UNF_SND_Init();
+        HI_UNF_SND_Open(HI_UNF_SND_0, &attributes);
+    }
+
+private slots:
+    void cleanup()
+    {
+        HI_UNF_SND_Close(HI_UNF_SND_0);
+        HI_UNF_SND_DeInit();
+    }
+
+    void follows()
+    {
+        const QTemporaryDir root;
+        BoxPaths::setRoot(root.path());
+        QVERIFY(QDir(root.path()).mkpath("home"));
+        BoxSound sound;
+        QSignalSpy changed(&sound, &BoxSound::changed);
+        sound.start();
+        QCOMPARE(changed.count(), 0);
+        open();
+        QTRY_VERIFY(changed.contains({100, false}));
+        setVolume(7);
+        QTRY_COMPARE(changed.last(), QVariantList({7, false}));
+        HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_0, 1);
+        QTRY_COMPARE(changed.last(), QVariantList({7, true}));
+        HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_0, 0);
+        setVolume(-5);
+        QTRY_COMPARE(changed.last(), QVariantList({0, false}));
+        // A receiver that starts later finds what was set.
+        BoxSound second;
+        QSignalSpy found(&second, &BoxSound::changed);
+        second.start();
+        QCOMPARE(found.value(0), QVariantList({0, false}));
+        setVolume(100);
+    }
+
+    void unreadable_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        for (const char *content : {"", "muted", "ten muted", "\xff\xfe", "99999999999999999999"})
+            QTest::newRow(content) << QByteArray(content);
+    }
+
+    void unreadable()
+    {
+        QFETCH(QByteArray, content);
+        const QTemporaryDir root;
+        BoxPaths::setRoot(root.path());
+        writeFile(desktopSoundFile(), content);
+        QVERIFY(!readDesktopSound());
+    }
+
+    /** Where there is no folder, or another user's link, nothing is written and nothing happens. */
+    void nowhere()
+    {
+        const QTemporaryDir root;
+        BoxPaths::setRoot(root.path());
+        open();
+        setVolume(100);
+        QVERIFY(QDir(root.path()).isEmpty());
+        QVERIFY(QDir(root.path()).mkpath("home"));
+        writeFile(root.path() + "/mine", "mine");
+        QVERIFY(QFile::link(root.path() + "/mine", desktopSoundFile()));
+        QVERIFY(!writeDesktopSound({50, false}));
+        QCOMPARE(contentOf(root.path() + "/mine"), QByteArray("mine"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBoxSound)
+#include "test_box_sound.moc"
