@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Installs what is missing, then takes each argument in turn: ./test.sh [lint|PRESET...]. "lint" runs
-# the linters; a preset is built, and "desktop" (the default) and "sanitize" run all tests.
+# Installs what is missing, then takes each argument in turn: ./test.sh [lint|PRESET|ARCHITECTURE...].
+# "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
+# tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
@@ -17,6 +18,12 @@ for target in "${@:-desktop}"; do
         .ci/lint || lint_failed=yes
         continue
     fi
+    case $target in
+    armhf | arm64 | i386)
+        packaging/cross/build "$target" test
+        continue
+        ;;
+    esac
     stage "$target: configure" cmake --preset "$target" -DVESPREL_WERROR=ON
     stage "$target: build" cmake --build --preset "$target"
     if [ "$target" != box ]; then

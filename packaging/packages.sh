@@ -12,6 +12,9 @@ driver_packages="libcpp-httplib-dev xvfb"
 screenshot_packages="xvfb xauth imagemagick"
 # What the tests run beside the programs; without them some of the tests are skipped.
 test_packages="mpv ffmpeg xdotool openbox x11-utils $driver_packages python3-pytest python3-selenium"
+# What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
+cross_packages="mmdebstrap dpkg-dev"
+emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 

@@ -28,6 +28,7 @@ QString sectionAddress(const QString &heading)
 {
     // As those who show the document make their anchors.
     QString anchor = heading.toLower();
-    anchor.remove(QRegularExpression("[^a-z0-9 -]"));
+    static const QRegularExpression noAnchor("[^a-z0-9 -]");
+    anchor.remove(noAnchor);
     return "docs/receiver-protocol.md#" + anchor.replace(' ', '-');
 }
