@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int retryMs = 20;
+constexpr int boxRetryMs = 20;
 const char portalWindow[] = "portal"; ///< The name that the plugin gives it.
 
 BoxAnswer failure(const QString &text) { return {text, {}, false}; }
@@ -44,7 +44,7 @@ LiveBox::LiveBox(ProgramLink &link, QObject *parent)
     , m_link(link)
 {
     m_retry.setSingleShot(true);
-    m_retry.setInterval(retryMs);
+    m_retry.setInterval(boxRetryMs);
     connect(&m_retry, &QTimer::timeout, this, [this] { m_attempt(); });
 }
 
@@ -143,7 +143,7 @@ void LiveBox::pressSymbol(quint32 symbol, const Done &done)
     m_display->pressKey(code, false);
     if (isOwn) {
         // Our own screen sees the key in this event loop.
-        QTimer::singleShot(retryMs, this, [done] { done(BoxAnswer()); });
+        QTimer::singleShot(boxRetryMs, this, [done] { done(BoxAnswer()); });
         return;
     }
     m_display->mark(focus.window, ++m_mark);
