@@ -57,4 +57,5 @@ function scriptsOf(folder) {
     };
 }
 
-module.exports = ['web/keyboard', 'web/scripts', 'desktop/portal', 'desktop/driver/plugin'].map(scriptsOf);
+module.exports = ['web/keyboard', 'web/scripts', 'desktop/portal', 'desktop/template',
+    'desktop/driver/plugin'].map(scriptsOf);

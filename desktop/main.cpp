@@ -14,12 +14,14 @@
 #include "desktop/traffic/traffic_recorder.h"
 #include "desktop/watch/folder_watch.h"
 #include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "platform/one_line.h"
 #include "platform/program_version.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QSslConfiguration>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
@@ -160,6 +162,17 @@ void connectScript(Receiver &receiver, ScriptSession &script)
                      [](int code) { QCoreApplication::exit(code); });
 }
 
+/** Trusts the certificates that the program is told to trust, for the portal that both look at. */
+void trustCertificates()
+{
+    const QString file = qEnvironmentVariable(Environment::trust);
+    if (file.isEmpty())
+        return;
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.addCaCertificates(file);
+    QSslConfiguration::setDefaultConfiguration(configuration);
+}
+
 /** The recordings of a box that can record, otherwise those that only pretend. */
 std::unique_ptr<Recordings> openRecordings(Player player)
 {
@@ -268,6 +281,7 @@ int main(int argc, char *argv[])
         return 0;
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    trustCertificates();
     TerminationSignals termination;
     return run(termination, options, inputs);
 }

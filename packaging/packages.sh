@@ -10,6 +10,8 @@ play_packages="mpv ffmpeg picom bubblewrap"
 # What the driver of boxes is built with, and what its boxes run on.
 driver_packages="libcpp-httplib-dev xvfb"
 screenshot_packages="xvfb xauth imagemagick"
+# What shows the screen of a box in a web browser.
+web_packages="xvfb xauth x11vnc novnc websockify"
 # What the tests run beside the programs; without them some of the tests are skipped.
 test_packages="mpv ffmpeg xdotool openbox x11-utils $driver_packages python3-pytest python3-selenium"
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
@@ -18,7 +20,8 @@ emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 
-# install_missing PACKAGE...: installs what is not there, as root or through sudo.
+# install_missing PACKAGE...: installs what is not there, as root or through sudo, and tells how far
+# it is.
 install_missing() {
     local missing=() package
     for package in "$@"; do
@@ -26,10 +29,27 @@ install_missing() {
             missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
-    echo "Installing ${missing[*]}"
     local as_root=()
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" true || {
+        echo "These packages are missing: ${missing[*]}" >&2
+        return 1
+    }
+    echo "Installing ${missing[*]}"
     "${as_root[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq \
-        --no-install-recommends "${missing[@]}" >/dev/null
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
+        -o APT::Status-Fd=1 -o DPkg::Lock::Timeout=300 "${missing[@]}" | show_install_progress
+}
+
+# Shows the state that apt-get writes, on a terminal in one line.
+show_install_progress() {
+    perl -ne '
+        BEGIN { $| = 1; $terminal = -t STDOUT; $shown = -25 }
+        print "  $_" if /^(Need to get|After this operation)/;
+        next unless /^(dl|pm)status:[^:]*:([\d.]+):/;
+        my ($what, $percent) = ($1 eq "dl" ? "downloaded" : "unpacked", int $2);
+        $shown = -25 if $what ne ($before // ""); $before = $what;
+        if ($terminal) { printf "\r  %s: %d %%   ", $what, $percent }
+        elsif ($percent >= $shown + 25) { $shown = $percent; printf "  %s: %d %%\n", $what, $percent }
+        END { print "\n" if $terminal && defined $before }'
 }

@@ -1,51 +1,22 @@
 # SPDX-License-Identifier: Apache-2.0
-# What this script starts, how it is kept from the user's files, and how it is ended. Sourced.
-# shellcheck shell=bash disable=SC2154 # $scratch and VESPREL_ROOT come from box
+# What this script starts, and how it is ended. Sourced.
+# shellcheck shell=bash disable=SC2154 # $scratch comes from box, $running from root.sh
 
 children=()
+listeners=() # what shows the output of the others, and ends with them
 
 # start COMMAND...: starts a child with this terminal as its input.
 start() {
-    "$@" <&0 &
+    # The lock of the root is this script's alone.
+    "$@" <&0 {running}>&- &
     children+=($!)
 }
 
-# What a page, or a medium that it plays, makes a program do must not reach the files of whoever
-# works here. All of them can be read, few can be written.
-confinement=()
-confine() {
-    confinement=(--ro-bind / / --dev /dev --bind "$VESPREL_ROOT" "$VESPREL_ROOT"
-        --bind "$scratch" "$scratch")
-    local device
-    for device in /dev/dri /dev/snd /dev/nvidia*; do
-        confinement+=(--dev-bind-try "$device" "$device")
-    done
-    if [ "${Q_VESPREL_LOG:-}" = true ] && [ ! -L /tmp/vesprel.log ]; then
-        touch /tmp/vesprel.log
-        confinement+=(--bind /tmp/vesprel.log /tmp/vesprel.log)
-    fi
-    if [ -n "${Q_CACHE_PATH:-}" ]; then
-        mkdir -p "$Q_CACHE_PATH"
-        confinement+=(--bind "$Q_CACHE_PATH" "$Q_CACHE_PATH")
-    fi
-    bwrap "${confinement[@]}" true 2>/dev/null && return 0
-    confinement=()
-    say "bwrap is not there or may not work here; what runs can write wherever you can"
-}
-
-# start_confined COMMAND...: as start, with nothing to write but the box's own, and what the caller
-# has in more_confinement.
-start_confined() {
-    if [ ${#confinement[@]} -eq 0 ]; then
-        start "$@"
-        return
-    fi
-    # A Ctrl-C is for what runs inside, and for this script, which then ends that.
-    (
-        trap '' INT
-        exec bwrap "${confinement[@]}" ${more_confinement[@]+"${more_confinement[@]}"} --info-fd 9 -- "$@" 9>"$scratch/bwrap.$BASHPID"
-    ) <&0 &
-    children+=($!)
+# listen_to LABEL: shows what comes through the pipe $scratch/LABEL, each line with the label.
+listen_to() {
+    mkfifo "$scratch/$1"
+    perl "$run/show.pl" "$1" ${verbose:+--verbose} <"$scratch/$1" {running}>&- &
+    listeners+=($!)
 }
 
 # The process that bwrap, which this is if there is a file of it, started; otherwise the process.
@@ -55,14 +26,27 @@ confined_process() { # confined_process PID
     echo "${inside:-$1}"
 }
 
-# Ends what this script started, the youngest first, and nothing else.
+is_gone() { ! kill -0 "$1" 2>/dev/null; }
+
+# Ends one child; one that does not end when it is asked to is killed.
+end_child() {
+    local inside
+    inside=$(confined_process "$1")
+    kill "$inside" || return 0
+    wait_for 3 is_gone "$1" || kill -KILL "$inside" "$1" || true
+    wait "$1" || true
+}
+
+# Ends what this script started, the youngest first, and nothing else. Nobody asks how.
 end_children() {
     local index
     for ((index = ${#children[@]} - 1; index >= 0; index--)); do
-        kill "$(confined_process "${children[index]}")" 2>/dev/null || true
-        wait "${children[index]}" 2>/dev/null || true
+        end_child "${children[index]}"
     done
-}
+    for index in "${listeners[@]}"; do
+        wait_for 1 is_gone "$index" || kill "$index" || true
+    done
+} 2>/dev/null
 
 wait_for() { # wait_for SECONDS COMMAND...
     local tries=$(($1 * 10))

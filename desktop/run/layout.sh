@@ -11,6 +11,8 @@ if [ -n "${VESPREL_BUILD:-}" ]; then
     driver_program=$VESPREL_BUILD/desktop/vesprel-driver
     plugins=$VESPREL_BUILD/desktop/plugins
     demo_portal=$tree/desktop/portal
+    template=$tree/desktop/template
+    profiles=$tree/desktop/profiles
     keyboard_pages=$tree/web/keyboard
     clips=$VESPREL_BUILD/clips
     unset tree
@@ -21,6 +23,8 @@ else
     driver_program=$prefix/bin/vesprel-driver
     plugins=$prefix/lib/vesprel/plugins
     demo_portal=$prefix/share/vesprel/portal
+    template=$prefix/share/vesprel/template
+    profiles=$prefix/share/vesprel/profiles
     keyboard_pages=$prefix/share/vesprel/web/system/keyboard
     clips=${XDG_CACHE_HOME:-$HOME/.cache}/vesprel/clips
     unset prefix
