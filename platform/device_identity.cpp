@@ -2,10 +2,14 @@
 #include "platform/device_identity.h"
 
 #include "platform/box_paths.h"
+#include "platform/environment.h"
 #include "platform/log_record.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QList>
+#include <QRegularExpression>
+#include <QSysInfo>
 
 #include <algorithm>
 
@@ -69,13 +73,48 @@ bool isUsable(const QHostAddress &address)
     return number < firstLinkLocal || number > lastLinkLocal;
 }
 
+#ifdef VESPREL_DESKTOP
+
+/** What a desk says of the box, or else the machine; never nothing, which no portal accepts. */
+DeviceIdentity completed(const DeviceIdentity &machine)
+{
+    static const QRegularExpression form("^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$");
+    const QString wanted = qEnvironmentVariable(Environment::desktopMacAddress);
+    const bool isAddress = form.match(wanted).hasMatch();
+    if (!wanted.isEmpty() && !isAddress)
+        qWarning("%s=%s is no MAC address", Environment::desktopMacAddress, qUtf8Printable(wanted));
+    DeviceIdentity identity = machine;
+    if (isAddress)
+        identity.macAddress = wanted;
+    else if (identity.macAddress.isEmpty())
+        identity.macAddress =
+            inventedMacAddress(QSysInfo::machineUniqueId() + QSysInfo::machineHostName().toUtf8());
+    const QString serial = qEnvironmentVariable(Environment::desktopSerialNumber);
+    identity.serialNumber = serial.isEmpty() ? findSerialNumber(identity.macAddress) : serial;
+    return identity;
+}
+
+#else
+
+DeviceIdentity completed(const DeviceIdentity &machine) { return machine; }
+
+#endif
+
 } // namespace
 
 DeviceIdentity DeviceIdentity::ofThisBox()
 {
     const QString macAddress = chooseMacAddress(linksOfThisBox());
-    return {findSerialNumber(macAddress), macAddress};
+    return completed({findSerialNumber(macAddress), macAddress});
 }
+
+#ifdef VESPREL_DESKTOP
+QString inventedMacAddress(const QByteArray &seed)
+{
+    // Locally administered, as makers' addresses never are.
+    return "02:" + QCryptographicHash::hash(seed, QCryptographicHash::Sha256).left(5).toHex(':');
+}
+#endif
 
 NetworkLink::Kind networkLinkKind(QNetworkInterface::InterfaceType type, const QString &name)
 {

@@ -25,7 +25,10 @@ struct DeviceIdentity
     QString serialNumber;
     QString macAddress; ///< Colon-separated hexadecimal.
 
-    /** Reads the box's own provisioning and its network interfaces. Any thread. */
+    /**
+     * Reads the box's own provisioning and its network interfaces; on a desktop first what the
+     * environment says, and what neither says is invented. Any thread.
+     */
     static DeviceIdentity ofThisBox();
 };
 
@@ -37,6 +40,10 @@ NetworkLink::Kind networkLinkKind(QNetworkInterface::InterfaceType type, const Q
  * loopback; empty if none has a hardware address. Any thread.
  */
 QString chooseMacAddress(const QVector<NetworkLink> &links);
+
+/** On a desktop, a MAC address for a machine without any: the same for the same seed. Any thread.
+ */
+QString inventedMacAddress(const QByteArray &seed);
 
 /**
  * Serial number from the first source that has one: the box's drivers, its device tree, the

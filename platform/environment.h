@@ -21,7 +21,11 @@ inline constexpr char cacheMaxSize[] = "Q_CACHE_MAX_SIZE";
 inline constexpr char portalOrigins[] = "Q_PORTAL_ORIGINS";
 inline constexpr char webDebug[] = "Q_WEB_DEBUG";
 inline constexpr char trust[] = "VESPREL_TRUST";
-inline constexpr char window[] = "VESPREL_WINDOW"; // on a desktop
+
+// The same, read by a desktop only.
+inline constexpr char window[] = "VESPREL_WINDOW";
+inline constexpr char desktopMacAddress[] = "VESPREL_MAC";
+inline constexpr char desktopSerialNumber[] = "VESPREL_SERIAL";
 inline constexpr char watchdogFile[] = "Q_WATCHDOG_FILE";
 inline constexpr char version[] = "Q_VERSION";
 inline constexpr char deviceVendor[] = "Q_DEVICE_VENDOR";

@@ -126,6 +126,46 @@ private slots:
         QVERIFY2(mac.match(identity.macAddress).hasMatch(), qPrintable(identity.macAddress));
     }
 
+    void desk_data()
+    {
+        QTest::addColumn<QByteArray>("mac");
+        QTest::addColumn<QByteArray>("serial");
+        QTest::addColumn<QString>("expectedMac"); // Empty: the machine's.
+        QTest::addColumn<QString>("expectedSerial");
+        const QByteArray mac = "02:00:5e:00:00:07";
+        row("address", mac, QByteArray(), "02:00:5e:00:00:07", "02005e000007");
+        row("both", mac, QByteArray("SN 1"), "02:00:5e:00:00:07", "SN 1");
+        row("no address", QByteArray("02:00:5e:00:00"), QByteArray("SN"), "", "SN");
+    }
+
+    /** A portal knows one box of a desk from another. */
+    void desk()
+    {
+        QFETCH(QByteArray, mac);
+        QFETCH(QByteArray, serial);
+        QFETCH(QString, expectedMac);
+        QFETCH(QString, expectedSerial);
+        const QTemporaryDir root;
+        BoxPaths::setRoot(root.path());
+        const QString machine = DeviceIdentity::ofThisBox().macAddress;
+        qputenv("VESPREL_MAC", mac);
+        qputenv("VESPREL_SERIAL", serial);
+        const DeviceIdentity identity = DeviceIdentity::ofThisBox();
+        qunsetenv("VESPREL_MAC");
+        qunsetenv("VESPREL_SERIAL");
+        QCOMPARE(identity.macAddress, expectedMac.isEmpty() ? machine : expectedMac);
+        QCOMPARE(identity.serialNumber, expectedSerial);
+        QVERIFY(!machine.isEmpty());
+    }
+
+    void inventedAddress()
+    {
+        QCOMPARE(inventedMacAddress("a machine"), inventedMacAddress("a machine"));
+        QVERIFY(inventedMacAddress("a machine") != inventedMacAddress("another"));
+        const QRegularExpression form("^02(:[0-9a-f]{2}){5}$");
+        QVERIFY(form.match(inventedMacAddress(QByteArray())).hasMatch());
+    }
+
     void deviceDigest_data()
     {
         QTest::addColumn<QString>("address");
