@@ -111,6 +111,6 @@ ReceiverOptions parseReceiverOptions(const QStringList &arguments)
 
 QString receiverHelp()
 {
-    return QString("%1\n%2\n\nCommands:\n%3\n%4")
+    return QString("%1\n%2\n\nCommands:\n%3\n\nIn scripts also:\n%4")
         .arg(CommandLine().parser.helpText(), environment, consoleHelp(), scriptHelp());
 }

@@ -11,9 +11,9 @@
 namespace {
 
 constexpr int boxRetryMs = 20;
-const char portalWindow[] = "portal"; ///< The name that the plugin gives it.
+const char portalHandle[] = "portal"; ///< The name that the plugin gives it.
 
-BoxAnswer failure(const QString &text) { return {text, {}, false}; }
+BoxAnswer failedWith(const QString &text) { return {text, {}, false}; }
 
 QString valueText(const QJsonValue &value)
 {
@@ -23,7 +23,7 @@ QString valueText(const QJsonValue &value)
     return QString::fromUtf8(list.mid(1, list.size() - 2));
 }
 
-bool isTrue(const QJsonValue &value)
+bool isTruthy(const QJsonValue &value)
 {
     switch (value.type()) {
     case QJsonValue::Bool: return value.toBool();
@@ -112,7 +112,7 @@ void LiveBox::pressKey(const QString &name, const Done &done)
 {
     const quint32 symbol = remoteKeySymbol(name).value_or(0);
     if (symbol != 0 && !openDisplay()) {
-        done(failure("there is no display to press keys on"));
+        done(failedWith("there is no display to press keys on"));
         return;
     }
     attempt([this, symbol, done] {
@@ -172,16 +172,16 @@ void LiveBox::useValue(const QJsonObject &answer, const Done &done)
     else if (error == "loading" || error == "no such window")
         waitFor("the page is still loading");
     else if (!error.isEmpty())
-        done(failure(answer.value("message").toString()));
+        done(failedWith(answer.value("message").toString()));
     else
-        done({{}, valueText(answer.value("value")), isTrue(answer.value("value"))});
+        done({{}, valueText(answer.value("value")), isTruthy(answer.value("value"))});
 }
 
 void LiveBox::reload(const std::function<void()> &trigger, const Done &done)
 {
     attempt([this, trigger, done] {
         whenLoaded([this, trigger, done](const QString &) {
-            askState(portalWindow, [this, trigger, done](const QJsonObject &state) {
+            askState(portalHandle, [this, trigger, done](const QJsonObject &state) {
                 const int loads = state.value("loads").toInt();
                 trigger();
                 attempt([this, loads, done] { watchReload(loads, done); });
@@ -192,13 +192,13 @@ void LiveBox::reload(const std::function<void()> &trigger, const Done &done)
 
 void LiveBox::watchReload(int loadsBefore, const Done &done)
 {
-    askState(portalWindow, [this, loadsBefore, done](const QJsonObject &state) {
+    askState(portalHandle, [this, loadsBefore, done](const QJsonObject &state) {
         if (state.value("loads").toInt() == loadsBefore || state.value("loading").toBool())
             waitFor("the portal is still loading");
         else if (state.value("succeeded").toBool())
             done(BoxAnswer());
         else
-            done(failure(state.value("url").toString() + " did not load"));
+            done(failedWith(state.value("url").toString() + " did not load"));
     });
 }
 
@@ -206,11 +206,11 @@ BoxAnswer LiveBox::savePicture(const QString &file)
 {
     const QByteArray picture = openDisplay() ? m_display->picture() : QByteArray();
     if (picture.isEmpty())
-        return failure("there is no display to take a picture of");
+        return failedWith("there is no display to take a picture of");
     QFile output(file);
     // A short write to a full disk is one that failed.
     if (!output.open(QIODevice::WriteOnly) || output.write(picture) != picture.size() ||
         !output.flush())
-        return failure(QString("%1: %2").arg(file, output.errorString()));
+        return failedWith(QString("%1: %2").arg(file, output.errorString()));
     return {};
 }

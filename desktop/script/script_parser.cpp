@@ -9,7 +9,7 @@ namespace {
 
 using Kind = ScriptStep::Kind;
 
-constexpr int usualLimit = 30000; ///< ms
+constexpr int usualLimitMs = 30000; ///< ms
 constexpr int mostPresses = 1000;
 
 /** What is wrong with a line; empty when it is read. */
@@ -86,7 +86,7 @@ constexpr VerbRow verbRows[] = {
     {"stay", "", "ends the script, not the receiver", Kind::Stay, Text::None, false, readAny},
 };
 
-QString usage(const VerbRow &row)
+QString verbUsage(const VerbRow &row)
 {
     return QString("%1 %2").arg(row.words, row.arguments).trimmed() +
            (row.takesLimit ? " [within SECONDS]" : "");
@@ -116,7 +116,7 @@ Failure readVerb(const VerbRow &row, ScriptStep &step)
             return failure;
     }
     if (step.text.isEmpty() == (row.text == Text::Needed))
-        return "Usage: " + usage(row);
+        return "Usage: " + verbUsage(row);
     return row.read(step);
 }
 
@@ -134,7 +134,7 @@ Failure readStep(const QString &line, ScriptStep &step)
 }
 
 /** Reads lines one after the other. */
-class Reader
+class ScriptReader
 {
 public:
     /** False when the line is bad. */
@@ -145,17 +145,17 @@ public:
 private:
     Failure readLimit(const QString &seconds);
 
-    int m_limit = usualLimit;
+    int m_limit = usualLimitMs;
 };
 
-Failure Reader::readLimit(const QString &seconds)
+Failure ScriptReader::readLimit(const QString &seconds)
 {
     const std::optional<int> ms = readSeconds(seconds);
     m_limit = ms.value_or(m_limit);
     return ms ? Failure() : "Usage: limit SECONDS";
 }
 
-bool Reader::read(const QString &line, int number)
+bool ScriptReader::read(const QString &line, int number)
 {
     Failure failure;
     if (const auto name = argumentsAfter("test", line)) {
@@ -177,7 +177,7 @@ bool Reader::read(const QString &line, int number)
     return failure.isEmpty();
 }
 
-QString helpLine(const QString &usage, const char *help)
+QString scriptHelpLine(const QString &usage, const char *help)
 {
     return QString("  %1 %2").arg(usage, -23).arg(help);
 }
@@ -196,7 +196,7 @@ QStringList ParsedScript::outputs() const
 
 ParsedScript parseScript(const QString &text)
 {
-    Reader reader;
+    ScriptReader reader;
     int number = 0;
     const QStringList lines = text.split('\n');
     for (const QString &line : lines) {
@@ -214,10 +214,10 @@ QString scriptHelp()
 {
     QStringList lines;
     for (const VerbRow &row : verbRows)
-        lines += helpLine(QString("%1 %2").arg(row.words, row.arguments).trimmed(), row.help);
-    lines += helpLine("limit SECONDS", "how long each wait below may last (30)");
-    lines += helpLine("... within SECONDS", "at the end of a line: how long that may last");
-    lines += helpLine("test NAME", "begins a test case of the report");
-    lines += helpLine("# ...", "a comment");
+        lines += scriptHelpLine(QString("%1 %2").arg(row.words, row.arguments).trimmed(), row.help);
+    lines += scriptHelpLine("limit SECONDS", "how long each wait below may last (30)");
+    lines += scriptHelpLine("... within SECONDS", "at the end of a line: how long that may last");
+    lines += scriptHelpLine("test NAME", "begins a test case of the report");
+    lines += scriptHelpLine("# ...", "a comment");
     return lines.join('\n');
 }

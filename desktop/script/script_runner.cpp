@@ -7,8 +7,8 @@ namespace {
 
 using Kind = ScriptStep::Kind;
 
-constexpr int retryMs = 50;
-constexpr int staleMs = 1000;
+constexpr int expressionRetryMs = 50;
+constexpr int staleValueMs = 1000;
 constexpr int mostLastLines = 40;
 const char valueWords[] = "value: ";
 
@@ -153,7 +153,7 @@ void ScriptRunner::retryExpression(const BoxAnswer &answer)
     }
     m_lastValue = answer.failure.isEmpty() ? "it is " + oneLine(answer.value) : answer.failure;
     m_valueAge.start();
-    m_pause.start(retryMs);
+    m_pause.start(expressionRetryMs);
 }
 
 void ScriptRunner::notePrinted(const QString &printed)
@@ -223,7 +223,7 @@ QString ScriptRunner::limitFailure() const
     case Kind::WaitForText: return "not printed " + time;
     case Kind::ExpectEval:
         // Of a page that hangs since the last value is not what matters.
-        if (!m_lastValue.isEmpty() && m_valueAge.elapsed() < staleMs)
+        if (!m_lastValue.isEmpty() && m_valueAge.elapsed() < staleValueMs)
             reason = m_lastValue;
         return QString("did not become true %1: %2").arg(time, reason);
     default: break;

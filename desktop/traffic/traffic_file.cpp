@@ -17,7 +17,7 @@ namespace {
 
 using Direction = TrafficMessage::Direction;
 
-constexpr int version = 1;
+constexpr int formatVersion = 1;
 const char versionMember[] = "vesprel-traffic";
 const char toReceiver[] = "to receiver";
 const char toProgram[] = "to program";
@@ -115,7 +115,7 @@ QByteArray payloadOf(PayloadForm form, const QJsonValue &value)
     return {};
 }
 
-QByteArray line(const QJsonObject &object)
+QByteArray jsonLine(const QJsonObject &object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -172,7 +172,7 @@ QString readMessage(const QJsonObject &object, TrafficMessage &message)
 }
 
 /** Reads line after line into a recording. */
-class Reader
+class TrafficReader
 {
 public:
     /** What is wrong with the line, otherwise empty. */
@@ -184,7 +184,7 @@ private:
     qint64 m_ms = 0;
 };
 
-QString Reader::read(const QByteArray &text, int number)
+QString TrafficReader::read(const QByteArray &text, int number)
 {
     QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
@@ -192,9 +192,9 @@ QString Reader::read(const QByteArray &text, int number)
         return "no JSON object: " + error.errorString();
     const QJsonObject object = document.object();
     if (object.contains(versionMember)) {
-        return object.value(versionMember).toInt() == version
+        return object.value(versionMember).toInt() == formatVersion
                    ? QString()
-                   : QString("a recording of another version than %1").arg(version);
+                   : QString("a recording of another version than %1").arg(formatVersion);
     }
     if (object.contains("connections"))
         return {};
@@ -213,29 +213,30 @@ QString Reader::read(const QByteArray &text, int number)
 
 QByteArray trafficHeader(const QDateTime &start)
 {
-    return line({{versionMember, version}, {"start", start.toString(Qt::ISODate)}});
+    return jsonLine({{versionMember, formatVersion}, {"start", start.toString(Qt::ISODate)}});
 }
 
 QByteArray trafficLine(const TrafficMessage &message)
 {
     const bool isCommand = message.direction == Direction::ToReceiver;
     const Known *known = findKnown(message.direction, message.type);
-    return line({{"ms", message.ms},
-                 {"direction", isCommand ? toReceiver : toProgram},
-                 {"type", message.type},
-                 {"message", known ? QJsonValue(known->name) : QJsonValue()},
-                 {"payload", known ? readableValue(known->form, message.payload) : QJsonValue()},
-                 {"raw", QString::fromLatin1(message.payload.toHex())}});
+    return jsonLine(
+        {{"ms", message.ms},
+         {"direction", isCommand ? toReceiver : toProgram},
+         {"type", message.type},
+         {"message", known ? QJsonValue(known->name) : QJsonValue()},
+         {"payload", known ? readableValue(known->form, message.payload) : QJsonValue()},
+         {"raw", QString::fromLatin1(message.payload.toHex())}});
 }
 
 QByteArray connectionLine(qint64 ms, int count)
 {
-    return line({{"ms", ms}, {"connections", count}});
+    return jsonLine({{"ms", ms}, {"connections", count}});
 }
 
 ParsedTraffic parseTraffic(const QByteArray &text)
 {
-    Reader reader;
+    TrafficReader reader;
     int number = 0;
     int begin = 0;
     while (begin < text.size()) {

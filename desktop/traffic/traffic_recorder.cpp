@@ -48,7 +48,9 @@ void TrafficRecorder::write(const QByteArray &line)
     const qint64 before = m_file.pos();
     if (m_file.write(line + '\n') == line.size() + 1)
         return;
-    const QString reason = m_file.errorString();
+    // A disk that fills up takes a part of it, which counts as no error.
+    const QString reason =
+        m_file.error() == QFileDevice::NoError ? "the disk is full" : m_file.errorString();
     // No half of a line stays.
     m_file.resize(before);
     m_file.close();
