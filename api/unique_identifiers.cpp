@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/unique_identifiers.h"
 
+#include "hash_secret.h"
+
 #include <QByteArray>
 #include <QCryptographicHash>
 

@@ -7,6 +7,13 @@ if(VESPREL_WERROR)
     add_compile_options(-Werror)
 endif()
 
+# What ships has only what it uses, exports nothing, and is the same in whichever folder it is built.
+add_compile_options("$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections;-fvisibility=hidden>"
+                    "$<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:-fvisibility-inlines-hidden>"
+                    "$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"
+                    "$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>")
+add_link_options("$<$<CONFIG:Release>:-Wl,--gc-sections>")
+
 if(VESPREL_SANITIZE)
     # vptr asks for type information, which the engine's own widgets are built without.
     add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr

@@ -1,0 +1,37 @@
+# SPDX-License-Identifier: Apache-2.0
+# What was configured, in words, as the last that a configure says.
+if(VESPREL_DESKTOP)
+    set(kind "a PC")
+    set(root "$VESPREL_ROOT, without it ~/.local/share/vesprel/box")
+else()
+    set(kind "a box")
+    set(root "/")
+endif()
+if(HISILICON_SOUND_INCLUDE_DIR AND HISILICON_SOUND_LIBRARY)
+    set(sound "HiSilicon SDK, ${HISILICON_SOUND_LIBRARY}")
+else()
+    set(sound "stand-in that keeps gain and mute in memory")
+endif()
+if(VESPREL_HASH_SECRET STREQUAL VESPREL_DEVELOPMENT_SECRET)
+    set(secret "the one for development")
+else()
+    set(secret "your own")
+endif()
+include(cmake/SourceCommit.cmake)
+vesprel_source_commit(commit ${PROJECT_SOURCE_DIR})
+if(commit)
+    set(commit ", commit ${commit}")
+endif()
+
+message(STATUS "Vesprel ${PROJECT_VERSION}${commit}, for ${kind}")
+message(STATUS "  Build type:  ${CMAKE_BUILD_TYPE}")
+message(STATUS "  Prefix:      ${CMAKE_INSTALL_PREFIX}")
+message(STATUS "  Root:        ${root}")
+message(STATUS "  Sound:       ${sound}")
+message(STATUS "  Hash secret: ${secret}")
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT VESPREL_DESKTOP
+   AND VESPREL_HASH_SECRET STREQUAL VESPREL_DEVELOPMENT_SECRET)
+    message(WARNING "This box would have the hash secret for development, which everybody knows: "
+                    "set VESPREL_HASH_SECRET.")
+endif()
