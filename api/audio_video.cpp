@@ -31,7 +31,7 @@ void VesprelV2::SetVolume(int volume)
 {
     logRecord("SetVolume", "(): ", volume);
     HI_UNF_SND_GAIN_ATTR_S gain = {};
-    gain.bLinearMode = 1;
+    gain.bLinearMode = static_cast<HI_BOOL>(1);
     gain.s32Gain = std::min(volume, 100);
     HI_UNF_SND_SetVolume(HI_UNF_SND_0, HI_UNF_SND_OUTPUTPORT_ALL, &gain);
     m_volume = volume;
