@@ -30,6 +30,7 @@ struct BoxPrograms
     QString plugins;       ///< The folder with generic/libvesprel-driver-plugin.so.
     QString keyboardPages; ///< The pages of the on-screen keyboard.
     QString profiles;      ///< The folder with NAME.env for each model.
+    QString clips;         ///< The demo portal's clips; need not be there.
 };
 
 /** A point in time after which nobody waits any more; none: for ever. */

@@ -84,10 +84,10 @@ void Box::makeFolder(const BoxPrograms &programs, const BoxOptions &options)
                 folder.filePath("box/usr/share/vesprel/web/system/keyboard"));
     QFile::setPermissions(folder.filePath("run"),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    // The demo portal's clips, where run.sh has made them.
-    const QString clips = QFileInfo(programs.driver).dir().filePath("../clips");
-    if (options.player != "simulated" && QFileInfo::exists(clips))
-        QFile::link(QFileInfo(clips).canonicalFilePath(), folder.filePath("box/media/demo"));
+    // The demo portal's clips, where a box on the desk has made them.
+    const QFileInfo clips(programs.clips);
+    if (options.player != "simulated" && clips.exists())
+        QFile::link(clips.canonicalFilePath(), folder.filePath("box/media/demo"));
 }
 
 void Box::startKeeper(const QString &driver)

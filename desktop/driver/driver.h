@@ -32,6 +32,7 @@ struct DriverOptions
     QStringList allowedOrigins;         ///< Of pages that may send requests; none otherwise.
     QString failure;                    ///< What is wrong with the command line.
     bool wantsHelp = false;
+    bool wantsVersion = false;
 };
 
 /** The sessions of this driver, and the commands that begin and end them. Any thread. */

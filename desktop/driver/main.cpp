@@ -2,11 +2,13 @@
 #include "desktop/driver/driver.h"
 #include "desktop/driver/http_front.h"
 #include "desktop/driver/keeper.h"
+#include "platform/program_version.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 #include <csignal>
 #include <cstdio>
@@ -34,9 +36,10 @@ DriverOptions readOptions(const QStringList &arguments, QString &help)
     const QCommandLineOption origins(
         "allow-origin", "Accepts requests of web pages of this origin. May be repeated.", "ORIGIN");
     const QCommandLineOption wantsHelp({"h", "help"}, "Prints this text and ends.");
+    const QCommandLineOption wantsVersion("version", "Prints the version and ends.");
     QCommandLineParser parser;
     parser.setApplicationDescription(description);
-    parser.addOptions({port, sessions, idle, hosts, origins, wantsHelp});
+    parser.addOptions({port, sessions, idle, hosts, origins, wantsHelp, wantsVersion});
     DriverOptions options;
     const bool parsed = parser.parse(arguments);
     help = parser.helpText();
@@ -47,6 +50,7 @@ DriverOptions readOptions(const QStringList &arguments, QString &help)
     options.allowedHosts = parser.values(hosts);
     options.allowedOrigins = parser.values(origins);
     options.wantsHelp = parser.isSet(wantsHelp);
+    options.wantsVersion = parser.isSet(wantsVersion);
     if (!parsed)
         options.failure = parser.errorText();
     else if (!parser.positionalArguments().isEmpty())
@@ -73,13 +77,14 @@ BoxPrograms findPrograms()
 {
     BoxPrograms programs;
     programs.driver = QCoreApplication::applicationFilePath();
-    programs.program = firstOf({"../app/vesprel", "vesprel"});
-    programs.receiver = firstOf({"vesprel-receiver", "../vesprel-receiver"});
-    programs.plugins = firstOf({"plugins", VESPREL_PLUGIN_DIR});
-    programs.keyboardPages =
-        firstOf({"../share/vesprel/web/system/keyboard", VESPREL_SOURCE_DIR "/web/keyboard"});
-    programs.profiles =
-        firstOf({"../share/vesprel/profiles", VESPREL_SOURCE_DIR "/desktop/profiles"});
+    programs.program = firstOf({"../app/vesprel", "../lib/vesprel/vesprel-desktop"});
+    programs.receiver = firstOf({"vesprel-receiver", "../lib/vesprel/vesprel-receiver"});
+    programs.plugins = firstOf({"plugins", "../lib/vesprel/plugins"});
+    programs.keyboardPages = firstOf({"../share/vesprel/keyboard"});
+    programs.profiles = firstOf({"../share/vesprel/profiles"});
+    programs.clips = firstOf(
+        {"../clips", QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                         "/vesprel/clips"});
     return programs;
 }
 
@@ -126,6 +131,10 @@ int main(int argc, char *argv[])
     }
     if (options.wantsHelp) {
         std::printf("%s", qPrintable(help));
+        return 0;
+    }
+    if (options.wantsVersion) {
+        std::printf("%s\n", qPrintable(programVersion("vesprel-driver")));
         return 0;
     }
     return serve(options);

@@ -49,6 +49,7 @@ Testing
                       every program of this machine can use it, and so can a web site that is
                       open in a browser here
   --verbose           every call of a page is shown; without it those that go on and on are not
+  --version           prints the version and the commit it was built from
   --help              this text
 
 EOT

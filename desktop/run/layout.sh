@@ -25,7 +25,7 @@ else
     demo_portal=$prefix/share/vesprel/portal
     template=$prefix/share/vesprel/template
     profiles=$prefix/share/vesprel/profiles
-    keyboard_pages=$prefix/share/vesprel/web/system/keyboard
+    keyboard_pages=$prefix/share/vesprel/keyboard
     clips=${XDG_CACHE_HOME:-$HOME/.cache}/vesprel/clips
     unset prefix
 fi

@@ -12,6 +12,7 @@ no_keys=
 no_sound=
 watch=
 verbose=
+version=
 inspector=
 web=
 driver=
@@ -34,6 +35,7 @@ read_option() {
     taken=1
     case $1 in
     --help | -h) usage; exit 0 ;;
+    --version) version=yes ;;
     --no-keys) no_keys=yes ;;
     --no-sound) no_sound=yes ;;
     --watch) watch=yes ;;
