@@ -20,6 +20,9 @@ emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 
+# What packaging/build-debs and packaging/release need beside the first and the drivers.
+deb_packages="debhelper dpkg-dev lintian"
+
 # install_missing PACKAGE...: installs what is not there, as root or through sudo, and tells how far
 # it is.
 install_missing() {
