@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #ifdef VESPREL_DESKTOP
 
@@ -47,6 +48,9 @@ void showInPlace(QWidget &window)
 {
     if (!ordinarySize().isValid())
         window.setWindowState(Qt::WindowMaximized | Qt::WindowFullScreen);
+    else if (window.windowHandle() && !window.isVisible())
+        // Where it was before it was hidden, not where there is room.
+        window.windowHandle()->setPosition(window.geometry().topLeft());
     window.show();
 }
 

@@ -31,9 +31,9 @@ QString shown(const QUrl &url) { return oneLine(url.toDisplayString(), longestAd
 
 QString place(const QString &source, int line)
 {
-    // The statements that tell a page of events belong to no file.
+    // What the box evaluates in a page, to tell it of events above all, belongs to no file.
     if (source.isEmpty() || source == "undefined")
-        return QString();
+        return " (in a statement of the box)";
     return QString(" (%1:%2)").arg(shown(QUrl(source))).arg(line);
 }
 

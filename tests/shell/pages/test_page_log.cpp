@@ -139,6 +139,18 @@ private slots:
                  qPrintable(m_seen));
     }
 
+    /** An event that the page does not expect. */
+    void statementsOfTheBox()
+    {
+        Portal portal;
+        portal.load("x");
+        LogCapture log;
+        portal.window.OnPlayEnd();
+        QCOMPARE(log.take().filter("script error: ").value(0),
+                 QString("script error: ReferenceError: Can't find variable: stbEvent"
+                         " (in a statement of the box)"));
+    }
+
     void longTextIsCut()
     {
         Portal portal;
