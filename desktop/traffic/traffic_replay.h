@@ -40,7 +40,7 @@ public:
 private:
     struct Scheduled
     {
-        qint64 time;
+        qint64 time = 0; ///< When it is due.
         TrafficMessage message;
     };
 
