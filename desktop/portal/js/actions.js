@@ -80,7 +80,7 @@ var Actions = (function () {
     return {
         run: function (name) {
             actions[name]();
-            PlayerBar.update();
+            PlayerBar.updateTwice();
         }
     };
 }());

@@ -60,7 +60,7 @@
     document.addEventListener('keydown', function (event) {
         if (!TextField.takes(event) && handle(event)) {
             event.preventDefault();
-            PlayerBar.update();
+            PlayerBar.updateTwice();
         }
     });
 }());

@@ -5,7 +5,10 @@ var PlayerBar = (function () {
 
     var stateNames = ['Stopped', 'Starting', 'Playing', 'Paused'];
     var shownSeconds = 5;
+    /* ms in which the receiver has told of a seek. */
+    var answerTime = 150;
     var hideTimer = 0;
+    var answerTimer = 0;
 
     function forEach(selector, change) {
         Array.prototype.forEach.call(document.querySelectorAll(selector), change);
@@ -49,6 +52,12 @@ var PlayerBar = (function () {
             setText('.bar_hint', hint(entry));
             setProgress(position, length);
             document.body.setAttribute('data-state', entry ? stateNames[state].toLowerCase() : 'stopped');
+        },
+        /* After a key: shows what it changed at once, and what the receiver answers. */
+        updateTwice: function () {
+            PlayerBar.update();
+            clearTimeout(answerTimer);
+            answerTimer = setTimeout(PlayerBar.update, answerTime);
         },
         /* Shows the bar over the video; it goes by itself unless it is to stay. */
         show: function (stay) {

@@ -5,6 +5,8 @@
 
     var currentAudio = 0;
     var currentSubtitle = 0;
+    /* ms in which the receiver has told of a change. */
+    var answerTime = 150;
     var timer = 0;
     var audio = Focus.list('audioTracks', function (item, track) {
         render(item, track, currentAudio);
@@ -26,6 +28,7 @@
     function select(method, track) {
         if (!track.none) {
             Box.stb(method, track.pid);
+            setTimeout(refresh, answerTime);
         }
     }
 
