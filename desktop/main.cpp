@@ -81,10 +81,12 @@ void connectScreen(ProtocolServer &server, Receiver &receiver, const Screen &scr
 {
     if (!screen.plane)
         return;
-    QObject::connect(&server, &ProtocolServer::peerJoined, screen.program.get(),
-                     &ProgramWindow::follow);
-    QObject::connect(&server, &ProtocolServer::lastPeerLeft, screen.program.get(),
-                     [&screen] { screen.program->follow(0); });
+    if (screen.program) {
+        QObject::connect(&server, &ProtocolServer::peerJoined, screen.program.get(),
+                         &ProgramWindow::follow);
+        QObject::connect(&server, &ProtocolServer::lastPeerLeft, screen.program.get(),
+                         [&screen] { screen.program->follow(0); });
+    }
     QObject::connect(&receiver, &Receiver::viewportChanged, screen.plane.get(),
                      &VideoPlane::setViewport);
     QObject::connect(&receiver, &Receiver::noticeChanged, screen.notice.get(), &Notice::setText);

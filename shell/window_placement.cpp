@@ -46,7 +46,11 @@ QSize initialWindowSize()
 
 void showInPlace(QWidget &window)
 {
-    if (!ordinarySize().isValid())
+    if (!ordinarySize().isValid() && Environment::isWeston()) {
+        if (!window.windowHandle())
+            window.setWindowFlag(Qt::FramelessWindowHint);
+        window.setWindowState(Qt::WindowMaximized);
+    } else if (!ordinarySize().isValid())
         window.setWindowState(Qt::WindowMaximized | Qt::WindowFullScreen);
     else if (window.windowHandle() && !window.isVisible())
         // Where it was before it was hidden, not where there is room.

@@ -25,7 +25,7 @@ void Notice::setText(const QString &text)
         hide();
         return;
     }
-    show();
+    setVisible(true); // show() would forget the state.
     raise();
     requestActivate();
     update();

@@ -17,7 +17,7 @@ struct Screen
     std::unique_ptr<VideoPlane> plane;      ///< None without a display.
     std::unique_ptr<Notice> notice;         ///< The same.
     std::unique_ptr<StandbyCover> cover;    ///< The same.
-    std::unique_ptr<ProgramWindow> program; ///< The same.
+    std::unique_ptr<ProgramWindow> program; ///< None where windows can't be followed.
     std::unique_ptr<MediaPlayer> player;
     QString description;
 };

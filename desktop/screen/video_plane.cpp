@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/screen/video_plane.h"
 
+#include "platform/environment.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QScreen>
@@ -29,7 +31,10 @@ VideoPlane::VideoPlane(std::unique_ptr<BlackWindow> video)
     setTitle("Vesprel video");
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     setArea(screen()->geometry());
-    show();
+    // As the program's window is there, so that both get the same place.
+    if (Environment::isWeston())
+        setWindowStates(Qt::WindowMaximized);
+    setVisible(true); // show() would forget the state.
     m_video->show();
     place();
 }
