@@ -31,7 +31,8 @@ inline LogItem logItem(QTextStream &(&manipulator)(QTextStream &))
 template <typename Item>
 LogItem logItem(const Item &item)
 {
-    if constexpr (std::is_convertible_v<const Item &, const char *>) {
+    // A byte array converts to a text too, but is written with quotes and up to its end.
+    if constexpr (std::is_convertible_v<const Item &, const char *> && !std::is_class_v<Item>) {
         return {static_cast<const char *>(item), writeLogText};
     } else {
         return {&item, [](QDebug &stream, const void *value) {
