@@ -1,82 +1,38 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "enigma2/enigma2.h"
 #include "enigma2/frame.h"
 #include "enigma2/message_reader.h"
 #include "enigma2/private_settings_name.h"
+#include "tests/enigma2/link_bench.h"
 #include "tests/support/log_capture.h"
-#include "tests/support/receiver_peer.h"
 
-#include <QBuffer>
 #include <QElapsedTimer>
-#include <QEventLoop>
-#include <QLocalServer>
 #include <QMetaMethod>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QVarLengthArray>
 #include <QtEndian>
 
-#include <atomic>
-#include <ctime>
 #include <functional>
-#include <pthread.h>
 #include <set>
-#include <thread>
 
 namespace {
 
 using Action = std::function<void(Enigma2 &)>;
 using Request = std::function<QVariant(Enigma2 &)>;
 
-const QByteArray screenFrame = "3ade68b1000004b00000000400000500";
-
 } // namespace
 
 Q_DECLARE_METATYPE(Action)
 Q_DECLARE_METATYPE(Request)
 
-/** The link against a real local socket; the wire's oracle is literal bytes. */
+/** What the link sends and what it makes of frames; the wire's oracle is literal bytes. */
 class TestEnigma2 : public QObject
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<ReceiverPeer> m_peer;
-    std::unique_ptr<Enigma2> m_link;
-
-    QString socketPath() const { return m_folder->filePath("receiver"); }
-
-    void connectLink()
-    {
-        m_peer = std::make_unique<ReceiverPeer>(socketPath());
-        m_link->ConnectServer(socketPath());
-        QTRY_VERIFY(m_peer->isConnected());
-        QTRY_COMPARE(m_peer->received(), screenFrame);
-        m_peer->clear();
-    }
-
-    static QByteArray frame(const QByteArray &typeAndLength, const QByteArray &payload = {})
-    {
-        return "3ade68b1" + typeAndLength + payload;
-    }
-
 private slots:
-    void init()
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_link = std::make_unique<Enigma2>();
-        m_link->setReplyTimeout(60);
-    }
+    void init() { m_bench = std::make_unique<LinkBench>(); }
 
-    void cleanup()
-    {
-        m_link.reset();
-        m_peer.reset();
-        m_folder.reset();
-    }
+    void cleanup() { m_bench.reset(); }
 
     /** The bytes of what no page asks for, and of what is unusual; the others: test_connections. */
     void commands_data()
@@ -110,9 +66,9 @@ private slots:
     {
         QFETCH(Action, action);
         QFETCH(QByteArray, bytes);
-        connectLink();
-        action(*m_link);
-        QTRY_COMPARE(m_peer->received(), bytes);
+        m_bench->connect();
+        action(*m_bench->link);
+        QTRY_COMPARE(m_bench->peer->received(), bytes);
     }
 
     void events_data()
@@ -150,7 +106,7 @@ private slots:
         QFETCH(QByteArray, hex);
         QFETCH(QByteArray, signal);
         QFETCH(QVariantList, arguments);
-        connectLink();
+        m_bench->connect();
         std::vector<std::unique_ptr<QSignalSpy>> others;
         std::unique_ptr<QSignalSpy> expected;
         const QMetaObject &meta = Enigma2::staticMetaObject;
@@ -158,14 +114,14 @@ private slots:
             const QMetaMethod method = meta.method(i);
             if (method.methodType() != QMetaMethod::Signal)
                 continue;
-            auto spy = std::make_unique<QSignalSpy>(m_link.get(), method);
+            auto spy = std::make_unique<QSignalSpy>(m_bench->link.get(), method);
             if (method.methodSignature() == signal)
                 expected = std::move(spy);
             else
                 others.push_back(std::move(spy));
         }
         QVERIFY(expected);
-        m_peer->send(hex);
+        m_bench->peer->send(hex);
         QTRY_COMPARE(expected->count(), 1);
         QCOMPARE(expected->first(), arguments);
         for (const auto &spy : others)
@@ -175,17 +131,17 @@ private slots:
     /** Empty texts, unknown types and answers that nobody awaits raise nothing. */
     void droppedFrames()
     {
-        connectLink();
-        QSignalSpy portal(m_link.get(), &Enigma2::OnNewPortal);
-        QSignalSpy audio(m_link.get(), &Enigma2::OnAudioPids);
-        QSignalSpy subtitles(m_link.get(), &Enigma2::OnSubPids);
-        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
+        m_bench->connect();
+        QSignalSpy portal(m_bench->link.get(), &Enigma2::OnNewPortal);
+        QSignalSpy audio(m_bench->link.get(), &Enigma2::OnAudioPids);
+        QSignalSpy subtitles(m_bench->link.get(), &Enigma2::OnSubPids);
+        QSignalSpy start(m_bench->link.get(), &Enigma2::OnPlayStart);
         for (const char *typeAndLength :
              {"000003e800000000", "000003f200000000", "000003f500000000", "000003ec00000000",
               "000003ee00000000", "000003f400000000", "000003f700000000", "000003e700000000",
               "0000040700000000", "ffffffff00000000", "8000000000000000", "0000040100000000"})
-            m_peer->send(frame(typeAndLength));
-        m_peer->send(frame("000003e900000000"));
+            m_bench->peer->send(frame(typeAndLength));
+        m_bench->peer->send(frame("000003e900000000"));
         QTRY_COMPARE(start.count(), 1);
         QVERIFY(portal.isEmpty() && audio.isEmpty() && subtitles.isEmpty());
     }
@@ -193,8 +149,8 @@ private slots:
     /** Each slot sends, with whatever arguments, and together they send each command there is. */
     void slotsSendEveryCommand()
     {
-        connectLink();
-        m_link->setReplyTimeout(0);
+        m_bench->connect();
+        m_bench->link->setReplyTimeout(0);
         const QMetaObject &meta = Enigma2::staticMetaObject;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
             const QMetaMethod method = meta.method(i);
@@ -206,7 +162,7 @@ private slots:
                 values.append(QVariant(method.parameterType(argument), nullptr));
             for (QVariant &value : values)
                 pointers.append(value.data());
-            m_link->qt_metacall(QMetaObject::InvokeMetaMethod, i, pointers.data());
+            m_bench->link->qt_metacall(QMetaObject::InvokeMetaMethod, i, pointers.data());
         }
         std::set<int> expected;
         for (const CommandRow &row : commandRows)
@@ -214,7 +170,7 @@ private slots:
         const auto sent = [this] {
             std::set<int> types;
             FrameSplitter splitter;
-            splitter.feed(QByteArray::fromHex(m_peer->received()).toStdString());
+            splitter.feed(QByteArray::fromHex(m_bench->peer->received()).toStdString());
             while (const auto frame = splitter.next())
                 types.insert(frame->type);
             return types;
@@ -235,19 +191,6 @@ private slots:
                 declared.insert(meta.method(i).name());
         }
         QVERIFY(named == declared);
-    }
-
-    void frameSplitAfterItsHeader()
-    {
-        connectLink();
-        QSignalSpy status(m_link.get(), &Enigma2::OnPlayTStatus);
-        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
-        m_peer->send(frame("000003e900000000") + frame("000003ed00000008", "0000ea6000"));
-        QTRY_COMPARE(start.count(), 1);
-        QVERIFY(status.isEmpty());
-        m_peer->send("0003e8");
-        QTRY_COMPARE(status.count(), 1);
-        QCOMPARE(status.first(), QVariantList({60000, 1000}));
     }
 
     void requests_data()
@@ -301,22 +244,22 @@ private slots:
         QFETCH(quint32, type);
         QFETCH(QByteArray, payload);
         QFETCH(QByteArray, answer);
-        connectLink();
+        m_bench->connect();
         LogCapture log;
-        QTEST(request(*m_link), "unanswered");
+        QTEST(request(*m_bench->link), "unanswered");
         const QString name = QString(QTest::currentDataTag()).section(' ', 0, 0);
         QVERIFY(log.take().contains(name + " timeout"));
         QByteArray header(12, '\0');
         qToBigEndian<quint32>(987654321, header.data());
         qToBigEndian<quint32>(type, header.data() + 4);
         qToBigEndian<quint32>(quint32(payload.size()), header.data() + 8);
-        QTRY_COMPARE(m_peer->received(), (header + payload).toHex());
+        QTRY_COMPARE(m_bench->peer->received(), (header + payload).toHex());
 
-        m_peer->answer(type, answer);
-        m_link->setReplyTimeout(3000);
+        m_bench->peer->answer(type, answer);
+        m_bench->link->setReplyTimeout(3000);
         QElapsedTimer timer;
         timer.start();
-        QTEST(request(*m_link), "result");
+        QTEST(request(*m_bench->link), "result");
         QVERIFY2(timer.elapsed() < 1500, "the answer did not wake the request");
         QVERIFY(!log.take().join('\n').contains("timeout"));
     }
@@ -324,33 +267,33 @@ private slots:
     /** An empty answer wakes its request, which returns what the last text answer left. */
     void emptyTextAnswerLeavesThePreviousText()
     {
-        connectLink();
-        m_link->setReplyTimeout(3000);
-        m_peer->answer(1902, frame("000003f800000000"));
-        QCOMPARE(m_link->GetStorageInfo(), QString());
-        QSignalSpy start(m_link.get(), &Enigma2::OnPlayStart);
-        m_peer->send(frame("0000040100000002", "7b7d") + frame("000003e900000000"));
+        m_bench->connect();
+        m_bench->link->setReplyTimeout(3000);
+        m_bench->peer->answer(1902, frame("000003f800000000"));
+        QCOMPARE(m_bench->link->GetStorageInfo(), QString());
+        QSignalSpy start(m_bench->link.get(), &Enigma2::OnPlayStart);
+        m_bench->peer->send(frame("0000040100000002", "7b7d") + frame("000003e900000000"));
         QTRY_COMPARE(start.count(), 1);
-        m_peer->answer(1907, frame("000003ff00000000"));
-        QCOMPARE(m_link->PvrGetTasksByIDs(""), QString("{}"));
-        QCOMPARE(m_link->GetStorageInfo(), QString("{}"));
+        m_bench->peer->answer(1907, frame("000003ff00000000"));
+        QCOMPARE(m_bench->link->PvrGetTasksByIDs(""), QString("{}"));
+        QCOMPARE(m_bench->link->GetStorageInfo(), QString("{}"));
     }
 
     /** The answer of another request does not end the wait. */
     void foreignAnswerWakesNobody()
     {
-        connectLink();
-        m_peer->answer(1906, frame("000003ff00000002", "5b5d"));
-        QCOMPARE(m_link->PvrGetTaskByID(1), QString("{}"));
+        m_bench->connect();
+        m_bench->peer->answer(1906, frame("000003ff00000002", "5b5d"));
+        QCOMPARE(m_bench->link->PvrGetTaskByID(1), QString("{}"));
     }
 
     void unansweredRequestGivesUpAfterThreeSeconds()
     {
-        m_link = std::make_unique<Enigma2>();
-        connectLink();
+        m_bench->link = std::make_unique<Enigma2>();
+        m_bench->connect();
         QElapsedTimer timer;
         timer.start();
-        QCOMPARE(m_link->PvrGetAllTasks(), QString("[]"));
+        QCOMPARE(m_bench->link->PvrGetAllTasks(), QString("[]"));
         QVERIFY2(timer.elapsed() >= 2900 && timer.elapsed() < 4500,
                  qPrintable(QString::number(timer.elapsed())));
     }
@@ -358,10 +301,10 @@ private slots:
     void missingServerLosesCommands()
     {
         LogCapture log;
-        m_link->ConnectServer(socketPath());
+        m_bench->link->ConnectServer(m_bench->socketPath());
         QVERIFY(log.take().contains("Enigma2 onError:  2"));
-        m_link->MediaStop();
-        QCOMPARE(m_link->GetStorageInfo(), QString("[]"));
+        m_bench->link->MediaStop();
+        QCOMPARE(m_bench->link->GetStorageInfo(), QString("[]"));
     }
 
     void privateSettings_data()
@@ -396,206 +339,17 @@ private slots:
         QCOMPARE(events.take()->text, url);
     }
 
-    /** A header that its peer sent in two pieces is none: the frame before it repeats for good. */
-    void loneHeaderPieceIsNeverCompleted()
-    {
-        connectLink();
-        int starts = 0;
-        int ends = 0;
-        connect(m_link.get(), &Enigma2::OnPlayStart, this, [&starts] { ++starts; });
-        connect(m_link.get(), &Enigma2::OnPlayEnd, this, [&ends] { ++ends; });
-        m_peer->send("3ade68b1000003e900000000"
-                     "3ade68");
-        QTRY_VERIFY(starts > 0);
-        m_peer->send("b1000003ea00000000");
-        QTRY_VERIFY(starts > 1000);
-        QCOMPARE(ends, 0);
-    }
-
-    /** Ending is possible while frames pour in, even the endless ones of a lone header piece. */
-    void endsUnderLoad()
-    {
-        connectLink();
-        m_peer->send(QByteArray("3ade68b1000003ec00000000").repeated(20000) + "3ade68");
-        QElapsedTimer timer;
-        timer.start();
-        m_link.reset();
-        QVERIFY(timer.elapsed() < 5000);
-    }
-
-    /** Without a connection the reader sleeps; a processor is not its alone. */
-    void unconnectedReaderIsIdle()
-    {
-        LogCapture log;
-        m_link->ConnectServer(socketPath());
-        QString thread;
-        const auto threadIsKnown = [&log, &thread] {
-            if (!thread.isEmpty())
-                return true;
-            const QStringList records = log.take();
-            thread = records.filter(QString::fromUtf8("\u5f53\u524d\u7ebf\u7a0bID:")).value(0);
-            return !thread.isEmpty();
-        };
-        QTRY_VERIFY(threadIsKnown());
-        const auto id = pthread_t(thread.section("0x", 1).toULongLong(nullptr, 16));
-        clockid_t clock;
-        QCOMPARE(::pthread_getcpuclockid(id, &clock), 0);
-        const auto spentMicroseconds = [clock] {
-            timespec time = {};
-            ::clock_gettime(clock, &time);
-            return time.tv_sec * 1000000 + time.tv_nsec / 1000;
-        };
-        const auto before = spentMicroseconds();
-        QTest::qWait(600);
-        QVERIFY2(spentMicroseconds() - before < 25000, qPrintable(thread));
-    }
-
-    /** However fast events come, the event loop turns between them, and none is lost. */
-    void floodLeavesTheEventLoopFree()
-    {
-        connectLink();
-        constexpr int count = 20000;
-        int next = 0;
-        int turns = 0;
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, &timer, [&] { turns += next < count ? 1 : 0; });
-        connect(m_link.get(), &Enigma2::OnPvrRecStarted, &timer, [&](int id) {
-            QElapsedTimer work;
-            work.start();
-            next += id == next ? 1 : 0;
-            while (work.nsecsElapsed() < 20000) {
-            }
-        });
-        timer.start(0);
-        std::thread sender([&] {
-            for (int id = 0; id < count; ++id) {
-                const QByteArray digits = QByteArray::number(id, 16).rightJustified(8, '0');
-                m_peer->send(frame("0000040200000004", digits));
-            }
-        });
-        QTRY_COMPARE_WITH_TIMEOUT(next, count, 60000);
-        sender.join();
-        QVERIFY2(turns > 10, qPrintable(QString::number(turns)));
-    }
-
-    /** What an event opens, such as a dialog, runs an event loop in which events go on. */
-    void eventsGoOnInsideAnEvent()
-    {
-        connectLink();
-        QEventLoop dialog;
-        connect(m_link.get(), &Enigma2::OnPlayStart, &dialog, [&] { dialog.exec(); });
-        connect(m_link.get(), &Enigma2::OnPlayEnd, &dialog, &QEventLoop::quit);
-        QSignalSpy on(m_link.get(), &Enigma2::OnPowerOn);
-        QTimer::singleShot(20000, &dialog, &QEventLoop::quit);
-        m_peer->send(frame("000003e900000000") + frame("000003ea00000000") +
-                     frame("0000040600000000"));
-        QTRY_COMPARE(on.count(), 1);
-    }
-
-    /** The reader waits for room, except while a request waits, whose answer comes behind. */
-    void fullQueueHoldsTheReader()
-    {
-        std::atomic<std::size_t> pushed{0};
-        EventQueue events([] {});
-        constexpr std::size_t most = EventQueue::capacity / sizeof(ReceivedEvent) + 1;
-        std::thread reader([&] {
-            for (int i = 0; i < int(2 * most); ++i) {
-                events.push({Event::PvrRecordingStarted, i, 0, {}});
-                ++pushed;
-            }
-        });
-        QTRY_COMPARE(pushed.load(), most);
-        QCOMPARE(events.take()->first, 0);
-        events.setRequestWaiting(true);
-        QTRY_COMPARE(pushed.load(), 2 * most);
-        reader.join();
-        for (int i = 1; i < int(2 * most); ++i)
-            QCOMPARE(events.take()->first, i);
-        QVERIFY(!events.take());
-    }
-
-    void answerComesBehindManyEvents()
-    {
-        connectLink();
-        m_link->setReplyTimeout(60000);
-        m_peer->answer(1902, frame("000003f800000002", "5b5d"));
-        constexpr int count = 200000; // More than the queue takes while no request waits.
-        int started = 0;
-        connect(m_link.get(), &Enigma2::OnPlayStart, this, [&started] { ++started; });
-        std::thread sender([&] {
-            for (int sent = 0; sent < count; sent += 1000)
-                m_peer->send(QByteArray("3ade68b1000003e900000000").repeated(1000));
-        });
-        QCOMPARE(m_link->GetStorageInfo(), QString("[]"));
-        QTRY_COMPARE_WITH_TIMEOUT(started, count, 60000);
-        sender.join();
-    }
-
-    /** A receiver that stops reading loses commands, whole ones and only for that time. */
-    void commandsForADeafReceiverAreBounded()
-    {
-        QLocalServer server;
-        QVERIFY(server.listen(socketPath()));
-        LogCapture log;
-        m_link->ConnectServer(socketPath());
-        QTRY_VERIFY(server.hasPendingConnections());
-        QLocalSocket *receiver = server.nextPendingConnection();
-        receiver->setReadBufferSize(1);
-        for (int i = 0; i < 20; ++i)
-            m_link->MediaPlay(QString::number(i).rightJustified(1 << 20, 'x'));
-        const QString begin = "Enigma2 drops commands, the receiver does not read";
-        QCOMPARE(log.take().count(begin), 1);
-        receiver->setReadBufferSize(0);
-        FrameSplitter splitter;
-        int received = 0;
-        const auto receive = [&] {
-            splitter.feed(receiver->readAll().toStdString());
-            while (!splitter.hasLoneHeaderPiece()) {
-                const auto frame = splitter.next();
-                if (!frame)
-                    break;
-                if (frame->type == 1000)
-                    received +=
-                        frame->payload.substr((1 << 20) - 2) ==
-                                QString::number(received).rightJustified(2, 'x').toStdString()
-                            ? 1
-                            : 1000;
-            }
-            return received;
-        };
-        const QString end = "Enigma2 sends again, dropped commands: ";
-        QStringList records;
-        QTRY_VERIFY(receive() >= 4 && !(records += log.take()).filter(end).isEmpty());
-        QVERIFY2(received <= 5, qPrintable(QString::number(received)));
-        QCOMPARE(records.filter(end).first(), end + QString::number(20 - received));
-        m_link->MediaPlay(QString::number(received).rightJustified(1 << 20, 'x'));
-        const int all = received + 1;
-        QTRY_COMPARE(receive(), all);
-    }
-
-    void bytesOnTheSendingSocketAreDropped()
-    {
-        QLocalServer server;
-        QVERIFY(server.listen(socketPath()));
-        m_link->ConnectServer(socketPath());
-        QTRY_VERIFY(server.hasPendingConnections());
-        QLocalSocket *receiver = server.nextPendingConnection();
-        receiver->write(QByteArray(4 << 20, 'x'));
-        QTRY_COMPARE(receiver->bytesToWrite(), 0);
-        QTRY_COMPARE(m_link->findChild<QLocalSocket *>()->bytesAvailable(), 0);
-    }
-
     void logRecords()
     {
         LogCapture log;
-        connectLink();
-        m_link->GetStorageInfo(); // Unanswered, so the answer below finds nobody waiting.
-        m_link->MediaPlay("http://a");
-        m_link->MediaSeek(30);
-        m_link->RunApp("setup");
-        QSignalSpy on(m_link.get(), &Enigma2::OnPowerOn);
-        m_peer->send(frame("0000040100000002", "5b5d") + frame("000003f300000004", "00000007") +
-                     frame("0000040600000000"));
+        m_bench->connect();
+        m_bench->link->GetStorageInfo(); // Unanswered, so the answer below finds nobody waiting.
+        m_bench->link->MediaPlay("http://a");
+        m_bench->link->MediaSeek(30);
+        m_bench->link->RunApp("setup");
+        QSignalSpy on(m_bench->link.get(), &Enigma2::OnPowerOn);
+        m_bench->peer->send(frame("0000040100000002", "5b5d") +
+                            frame("000003f300000004", "00000007") + frame("0000040600000000"));
         QTRY_COMPARE(on.count(), 1);
         const QStringList records = log.take();
         for (const char *record :
@@ -605,6 +359,9 @@ private slots:
               "MsgPvrGetAllTasks:  end", "MsgGetAudioPid:  7", "got power on msg"})
             QVERIFY2(records.contains(record), qPrintable(record + ("\n" + records.join('\n'))));
     }
+
+private:
+    std::unique_ptr<LinkBench> m_bench;
 };
 
 QTEST_GUILESS_MAIN(TestEnigma2)
