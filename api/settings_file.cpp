@@ -5,8 +5,10 @@
 #include "platform/environment.h"
 #include "platform/log_record.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <optional>
@@ -54,6 +56,22 @@ QJsonDocument withSetting(const QJsonDocument &document, const SettingsFile::Set
 QString homeFile(const QString &name)
 {
     return QFile::decodeName(qgetenv(Environment::applicationHome)) + name;
+}
+
+void removeUnfinishedSettings()
+{
+    // As QSaveFile names what it writes, beside the file that this is to replace. Settings have no
+    // dot in their names; user data may, and a word such as "backup" is none of these.
+    static const QRegularExpression unfinished(
+        "^(private_settings_[^.]*)\\.(?=[a-z]*[A-Z])[A-Za-z]{6}$");
+    QDir home(homeFile(QString()));
+    const QStringList names =
+        home.entryList({"private_settings_*.??????"}, QDir::Files | QDir::NoSymLinks);
+    for (const QString &name : names) {
+        const QRegularExpressionMatch match = unfinished.match(name);
+        if (match.hasMatch() && home.exists(match.captured(1)))
+            home.remove(name);
+    }
 }
 
 SettingsFile::SettingsFile(const QString &path)

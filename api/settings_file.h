@@ -10,6 +10,13 @@
 QString homeFile(const QString &name);
 
 /**
+ * Removes from the application's home what a power cut left of a settings file that was being
+ * replaced, so that such files do not gather over the years. At the start, before anything is
+ * stored.
+ */
+void removeUnfinishedSettings();
+
+/**
  * The small settings that a portal keeps on the box: one compact JSON object of texts in a file of
  * its own. The file is opened afresh in each call and nothing is kept, since the portal and with
  * it the file may change at any time. GUI thread.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/startup.h"
 
+#include "api/settings_file.h"
 #include "app/log_sink.h"
 #include "app/watchdog.h"
 #include "platform/box_paths.h"
@@ -53,6 +54,7 @@ int runVesprel(int &argc, char **argv)
     const QDir homeDirectory(home);
     if (!homeDirectory.exists())
         homeDirectory.mkpath(home);
+    removeUnfinishedSettings();
 
     QApplication application(argc, argv);
     const Watchdog watchdog(watchdogOptions);

@@ -102,6 +102,23 @@ private slots:
         QCOMPARE(SettingsFile::ofCurrentPortal().read("language", "en"), QString("uk"));
     }
 
+    void unfinishedFilesAreRemoved()
+    {
+        const QStringList kept = {"private_settings_a",
+                                  "private_settings_a.AbCdEfG",
+                                  "private_settings_a.backup",
+                                  "private_settings_b.AbCdEf",
+                                  "userdata",
+                                  "userdata.AbCdEf"};
+        for (const QString &name : kept)
+            writeFile(m_dir->filePath(name), "x");
+        writeFile(m_dir->filePath("private_settings_a.bcDefg"), "x");
+        QFile::link("private_settings_a", m_dir->filePath("private_settings_a.ABCDEF"));
+        removeUnfinishedSettings();
+        QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name), kept);
+        QVERIFY(QFileInfo(m_dir->filePath("private_settings_a.ABCDEF")).isSymLink());
+    }
+
     void noPortalAnnouncedYet()
     {
         qunsetenv("Q_PRIVATE_SETTING_PATH");
