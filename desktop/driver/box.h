@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/display/display.h"
 #include "desktop/driver/box_records.h"
 #include "desktop/driver/capabilities.h"
-#include "desktop/display/display.h"
 #include "desktop/driver/process.h"
 #include "desktop/driver/profile.h"
 

@@ -2,8 +2,8 @@
 /*
  * The box's own commands: its remote, its receiver, its log and its screen.
  */
-#include "desktop/driver/arguments.h"
 #include "desktop/display/key_symbols.h"
+#include "desktop/driver/arguments.h"
 #include "desktop/driver/session.h"
 #include "desktop/driver/webdriver_error.h"
 
