@@ -2,23 +2,40 @@
 # Builds what runs, in a checkout. Sourced by run.sh.
 # shellcheck shell=bash disable=SC2154 # $here comes from run.sh
 
-# Prints the folder of the build: in the checkout, or in the user's cache if that can't be written.
+# Whether this checkout can hold its build: it can be written, and CMake can do with its name.
+holds_build() {
+    [[ $here != *[\#\"\;\\\<\>]* ]] && mkdir -p "$here/build/desktop" 2>/dev/null &&
+        [ -w "$here/build/desktop" ]
+}
+
+# Prints the folder of the build: in the checkout, otherwise in the user's cache.
 build_folder() {
-    local folder=$here/build/desktop
-    if ! mkdir -p "$folder" 2>/dev/null || [ ! -w "$folder" ]; then
-        folder=${XDG_CACHE_HOME:-$HOME/.cache}/vesprel/build/$(printf '%s' "$here" | md5sum | cut -c1-8)
-        mkdir -p "$folder"
+    if holds_build; then
+        echo "$here/build/desktop"
+    else
+        echo "${XDG_CACHE_HOME:-$HOME/.cache}/vesprel/$(printf '%s' "$here" | md5sum | cut -c1-8)/build"
     fi
-    echo "$folder"
+}
+
+configure() { # configure FOLDER
+    local source=$here
+    if [ "$1" != "$here/build/desktop" ]; then
+        # By a name that CMake can do with.
+        source=${1%/build}/source
+        ln -sfn "$here" "$source"
+    fi
+    (cd "$source" && cmake --preset desktop -B "$1")
 }
 
 # build FOLDER TARGET...: says little where there is little to do.
 build() {
     local folder=$1 log=$1/run.log steps
     shift
-    [[ $folder == "$here"/* ]] || say "$here can't be written, so the programs are built in $folder"
+    mkdir -p "$folder" || fail "$folder cannot be made"
+    [[ $folder == "$here"/* ]] || say "building in $folder, since $here can't hold the build"
     # Packages that came later bring targets that were not there.
-    ninja -C "$folder" -n "$@" >"$log" 2>&1 || cmake -S "$here" --preset desktop -B "$folder" >"$log" 2>&1 || {
+    ninja -C "$folder" -n "$@" >"$log" 2>&1 ||
+        configure "$folder" >"$log" 2>&1 || {
         cat "$log" >&2
         fail "the build can't be configured, see above"
     }
