@@ -24,10 +24,12 @@ export VESPREL_BUILD
     read_options "$@"
     name_root
     check_options
+    choose_screen 2>/dev/null # box tells
+    check_root
 )
 read_options "$@"
 if [ -z "$new" ]; then
-    choose_screen 2>/dev/null # box tells
+    choose_screen 2>/dev/null
     packages=$build_packages
     targets="vesprel vesprel-receiver vesprel-inspector vesprel-fresh-pages"
     [ -z "$script" ] || targets="$targets vesprel-driver-plugin"

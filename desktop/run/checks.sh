@@ -34,7 +34,6 @@ check_options() {
     fi
     [ -z "$watch" ] || [ -n "$(portal_folder)" ] ||
         fail "--watch looks at files, and $portal is on a server"
-    [ -n "$new$driver$screenshot" ] || ! root_is_in_use || fail_in_use
 }
 
 # The first port that a browser may be offered the screen at.

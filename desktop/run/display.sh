@@ -45,7 +45,7 @@ choose_screen() {
     if has_display; then
         screen=real
     elif [ -t 0 ] && [ -t 1 ]; then
-        web=default
+        web=$(free_port)
         say "there is no display here, so a web browser shows the screen"
     elif [ -z "$script" ]; then
         screenshot=vesprel.png

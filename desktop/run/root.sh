@@ -29,6 +29,11 @@ root_is_in_use() {
     [ -O "$VESPREL_ROOT/.running" ] && ! flock -n "$VESPREL_ROOT/.running" true
 }
 
+# Ends if the box would be the second one on it; pictures have a root of their own.
+check_root() {
+    [ -n "$new$driver$screenshot" ] || ! root_is_in_use || fail_in_use
+}
+
 fail_in_use() {
     fail "a box runs already on $VESPREL_ROOT. A second one beside it: $me --root FOLDER"
 }
