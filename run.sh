@@ -5,6 +5,8 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 run=$here/desktop/run
 export VESPREL_RUN_AS=$0
+# What is interrupted may end as if it had failed by itself.
+trap 'exit 130' INT TERM HUP
 . "$here/packaging/packages.sh"
 . "$here/desktop/run/say.sh"
 . "$here/desktop/run/help.sh"

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Installs what is missing, then takes each argument in turn: ./test.sh [lint|PRESET|ARCHITECTURE...].
+# Installs what is missing, then takes each argument in turn: ./test.sh [lint|desk|PRESET|ARCHITECTURE...].
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
-# tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers.
+# tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers. "desk" runs all tests of
+# run.sh, of which the others run the quick ones.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
@@ -19,6 +20,15 @@ for target in "${@:-desktop}"; do
         continue
     fi
     case $target in
+    desk)
+        # shellcheck disable=SC2086 # a list of words
+        stage "desk: install" install_missing $desk_packages
+        stage "desk: configure" cmake --preset desktop
+        stage "desk: build" cmake --build --preset desktop --target vesprel vesprel-receiver \
+            vesprel-inspector vesprel-fresh-pages
+        stage "desk: test" tests/desk/run build/desktop
+        continue
+        ;;
     armhf | arm64 | i386)
         packaging/cross/build "$target" test
         continue

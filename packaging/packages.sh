@@ -13,7 +13,9 @@ screenshot_packages="xvfb xauth imagemagick"
 # What shows the screen of a box in a web browser.
 web_packages="xvfb xauth x11vnc novnc websockify"
 # What the tests run beside the programs; without them some of the tests are skipped.
-test_packages="mpv ffmpeg xdotool openbox x11-utils $driver_packages python3-pytest python3-selenium"
+test_packages="mpv ffmpeg xdotool openbox x11-utils xauth imagemagick $driver_packages python3-pytest python3-selenium"
+# What the tests of run.sh need beside that.
+desk_packages="$play_packages $screenshot_packages $web_packages chromium chromium-driver"
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
 cross_packages="mmdebstrap dpkg-dev"
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"

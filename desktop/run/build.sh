@@ -34,7 +34,7 @@ build() {
     mkdir -p "$folder" || fail "$folder cannot be made"
     [[ $folder == "$here"/* ]] || say "building in $folder, since $here can't hold the build"
     # Packages that came later bring targets that were not there.
-    ninja -C "$folder" -n "$@" >"$log" 2>&1 ||
+    { ninja -C "$folder" build.ninja && ninja -C "$folder" -n "$@"; } >"$log" 2>&1 ||
         configure "$folder" >"$log" 2>&1 || {
         cat "$log" >&2
         fail "the build can't be configured, see above"

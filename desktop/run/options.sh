@@ -5,6 +5,7 @@
 # What is asked for; empty is what is not.
 portal=
 profile=
+root=
 trust=
 window= # the program's
 size=   # of a screen that is made for it
@@ -62,7 +63,7 @@ read_option() {
 
 read_argument() { # read_argument OPTION ARGUMENT
     case $1 in
-    --root) VESPREL_ROOT=$2 ;;
+    --root) root=$2 VESPREL_ROOT=$2 ;;
     --size | --window)
         [[ $2 =~ ^[0-9]{2,5}x[0-9]{2,5}$ ]] ||
             fail "$1 needs WIDTHxHEIGHT in px, as in 1280x720, not \"$2\""

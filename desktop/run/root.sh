@@ -29,9 +29,9 @@ root_is_in_use() {
     [ -O "$VESPREL_ROOT/.running" ] && ! flock -n "$VESPREL_ROOT/.running" true
 }
 
-# Ends if the box would be the second one on it; pictures have a root of their own.
+# Ends if the box would be the second one on it. Pictures have a root of their own, unless one is named.
 check_root() {
-    [ -n "$new$driver$screenshot" ] || ! root_is_in_use || fail_in_use
+    [ -n "$new$driver" ] || { [ -n "$screenshot" ] && [ -z "$root" ]; } || ! root_is_in_use || fail_in_use
 }
 
 fail_in_use() {

@@ -10,9 +10,15 @@ load_state() {
         END { print state }' "$scratch/program"
 }
 
-has_loaded() { [ "$(load_state)" = true ]; }
+# Whether the receiver has given up on it, as on a page of the server that says that there is none.
+is_refused() {
+    [ -n "$(awk '/^cannot load|show load page error/ { refused = "yes" } /^sent: portal/ { refused = "" }
+        END { print refused }' "$scratch/receiver")" ]
+}
 
-loaded_or_failed() { [ -n "$(load_state)" ]; }
+has_loaded() { [ "$(load_state)" = true ] && ! is_refused; }
+
+loaded_or_failed() { [ -n "$(load_state)" ] || is_refused; }
 
 # Writes the picture through our own hands, since ImageMagick reads more into a name than its letters.
 save_picture() {
@@ -37,12 +43,12 @@ take_picture() {
     # A server may be starting together with this.
     wait_for 5 has_loaded || true
     local reason=
-    has_loaded || reason="the portal did not load: $address"
     # The demo plays something; of other portals nobody knows.
     [ -n "$portal" ] || wait_for 30 grep -q '^sent: play start' "$scratch/receiver" ||
         reason="nothing played within 30 seconds"
     # The picture shall show that time goes on.
     sleep "${after:-3}"
+    has_loaded || reason="the portal did not load: $address"
     save_picture || fail "$screenshot could not be written"
     echo "Saved $screenshot"
     [ -n "$reason" ] || [ "$(identify -format %k "png:$scratch/picture")" -gt 1 ] ||

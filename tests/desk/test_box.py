@@ -41,12 +41,12 @@ def test_console_of_a_page(desk, display):
     interrupt(run)
 
 
-@pytest.mark.parametrize("seconds", [0.05, 0.3, 0.8, 1.5, 2.5, 4])
+@pytest.mark.parametrize("seconds", [0.2, 0.5, 1, 2, 3, 4.5])
 def test_interrupted_at_any_time(desk, display, seconds):
     run = desk.start(*SIMULATED, terminal=True, script=str(TOP / "run.sh"), DISPLAY=display)
     time.sleep(seconds)
     run.type("\x03")
-    assert run.end(15) in (130, -2), run.text
+    assert run.end(15) == 130, run.text
 
 
 def test_quit(desk, display):
@@ -140,7 +140,7 @@ def test_other_user(desk):
     root = desk.work / "root"
     root.mkdir()
     os.chown(root, 65534, 65534)
-    status, output = desk.run("--root", root, desk.page("page.html"))
+    status, output = desk.run("--screenshot", "x.png", "--root", root, desk.page("page.html"))
     assert status == 1 and "belongs to somebody else" in output
 
 

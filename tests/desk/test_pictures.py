@@ -33,7 +33,7 @@ def test_blank_page(desk):
 
 def test_script_error(desk):
     """It is told with its place, but the page is there."""
-    status, output = shot(desk, desk.page("page.html", "<body>text\n<script>\nnope();</script>"))
+    status, output = shot(desk, desk.page("page.html", "<body style='background: #264'>text\n<script>\nnope();</script>"))
     assert status == 0
     assert "script error: ReferenceError" in output and "page.html:3" in output
 
@@ -58,9 +58,10 @@ def test_demo_without_display_and_terminal(desk):
 
 def test_model(desk):
     """A profile gives the identity and the size of the screen."""
-    page = desk.page("page.html", "<body>page<script>console.log('is ' + gSTB.GetDeviceModel());"
-                     "nope(screen.width + gSTB.RDir('Model'))</script>")
+    page = desk.page("page.html", "<body style='background: #264'>page<script>throw "
+                     "gSTB.GetDeviceModel() + ' ' + screen.width;</script>")
     (desk.work / "mine.env").write_text("Q_MODEL=MINE one\nVESPREL_WINDOW=800x600")
-    assert shot(desk, "--profile", "./mine.env", page)[0] == 0
+    status, output = shot(desk, "--profile", "./mine.env", page)
+    assert status == 0 and "MINE one 800" in output
     size = (desk.work / "picture.png").read_bytes()[16:24]
     assert size == (800).to_bytes(4, "big") + (600).to_bytes(4, "big")

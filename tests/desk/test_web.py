@@ -36,7 +36,8 @@ def browser(tmp_path):
 def sign_in(browser, text):
     browser.get(re.search(r"http://\S+autoconnect\S+", text).group(0))
     field = browser.find_element(By.ID, "noVNC_password_input")
-    wait_until(field.is_displayed)
+    dialog = browser.find_element(By.ID, "noVNC_credentials_dlg")
+    wait_until(lambda: "noVNC_open" in dialog.get_attribute("class"))
     field.send_keys(re.search(r"^Password: (\w+)", text, re.M).group(1), Keys.ENTER)
     return wait_until(lambda: browser.find_elements(By.TAG_NAME, "canvas"))[0]
 
