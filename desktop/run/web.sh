@@ -12,14 +12,15 @@ offer_screen() {
     local password
     password=$(head -c 200 /dev/urandom | base64 | tr -dc 'a-hjkmnp-z2-9' | cut -c1-8)
     (umask 077 && echo "$password" >"$scratch/password")
-    # A socket in a folder of ours and no port, so that nothing but websockify finds it.
-    start x11vnc -display "$DISPLAY" -auth "$XAUTHORITY" -unixsock "$scratch/screen" \
-        -rfbport 0 -no6 -noipv6 -localhost -passwdfile "rm:$scratch/password" -forever -shared \
-        -noxrecord -nocursor -quiet -norc ${no_keys:+-viewonly} </dev/null >"$scratch/x11vnc" 2>&1
-    wait_for 10 test -S "$scratch/screen" || fail "x11vnc did not start: $(tail -n 3 "$scratch/x11vnc")"
-    start websockify --web "$novnc" --unix-target "$scratch/screen" "127.0.0.1:$web" \
-        </dev/null >"$scratch/websockify" 2>&1
-    wait_for 10 port_is_taken "$web" ||
+    # IPv4 only, since its IPv6 port would be open to all networks.
+    start x11vnc -display "$DISPLAY" -auth "$XAUTHORITY" -autoport 5900 -localhost -no6 -noipv6 \
+        -passwdfile "rm:$scratch/password" -forever -shared -noxrecord -nocursor -quiet -norc \
+        ${no_keys:+-viewonly} </dev/null >"$scratch/x11vnc" 2>&1
+    wait_for 20 grep -q '^PORT=' "$scratch/x11vnc" ||
+        fail "x11vnc did not start: $(tail -n 3 "$scratch/x11vnc")"
+    start websockify --web "$novnc" "127.0.0.1:$web" \
+        "127.0.0.1:$(sed -n 's/^PORT=//p' "$scratch/x11vnc")" </dev/null >"$scratch/websockify" 2>&1
+    wait_for 20 port_is_taken "$web" ||
         fail "websockify did not start: $(tail -n 3 "$scratch/websockify")"
     cat <<EOT
 

@@ -128,7 +128,7 @@ class Desk:
 def desk(tmp_path_factory, request):
     desk = Desk(tmp_path_factory.mktemp("d"), str(TOP / "desktop/run/box"))
     yield desk
-    wait_until(lambda: not desk.processes(), 10)
+    wait_until(lambda: not desk.processes(), 20)
     assert os.listdir(desk.temporary) == []
 
 

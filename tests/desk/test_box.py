@@ -23,7 +23,7 @@ def started(desk, *arguments, **options):
 
 def interrupt(run):
     run.type("\x03")
-    assert run.end(15) == 130, run.text
+    assert run.end(30) == 130, run.text
     assert "Terminated" not in run.text and "Killed" not in run.text, run.text
 
 
@@ -46,13 +46,13 @@ def test_interrupted_at_any_time(desk, display, seconds):
     run = desk.start(*SIMULATED, terminal=True, script=str(TOP / "run.sh"), DISPLAY=display)
     time.sleep(seconds)
     run.type("\x03")
-    assert run.end(15) == 130, run.text
+    assert run.end(30) == 130, run.text
 
 
 def test_quit(desk, display):
     run = started(desk, desk.page("page.html"), DISPLAY=display)
     run.type("quit\n")
-    assert run.end(15) == 0, run.text
+    assert run.end(30) == 0, run.text
 
 
 def test_second_box(desk, display):

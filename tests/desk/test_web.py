@@ -65,7 +65,7 @@ def test_demo_in_a_browser(desk, browser, options, keys):
         time.sleep(2)
         assert "receiver | play" not in run.text
     run.type("\x03")
-    assert run.end(15) == 130
+    assert run.end(30) == 130
 
 
 def test_nobody_else_gets_in(desk):
@@ -77,10 +77,12 @@ def test_nobody_else_gets_in(desk):
                  for line in open("/proc/net/" + name).readlines()[1:]]
     addresses = [row[1] for row in listening if row[3] == "0A"]
     assert f"0100007F:{port:04X}" in addresses
-    assert not [a for a in addresses if a.endswith((f":{port:04X}", ":170C")) and
+    # Nor does what is behind it, wherever that listens from 5900 on.
+    assert not [a for a in addresses if (int(a.split(":")[1], 16) == port or
+                                         5900 <= int(a.split(":")[1], 16) < 5910) and
                 not a.startswith("0100007F")]
     with socket.create_connection(("127.0.0.1", port)) as web:
         web.sendall(b"GET /../../etc/passwd HTTP/1.0\r\n\r\n")
         assert b"root:" not in web.recv(65536)
     run.type("\x03")
-    assert run.end(15) == 130
+    assert run.end(30) == 130
