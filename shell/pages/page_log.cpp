@@ -37,6 +37,8 @@ QString place(const QString &source, int line)
     return QString(" (%1:%2)").arg(shown(QUrl(source))).arg(line);
 }
 
+void warn(const QString &record) { qCWarning(pageLog, "%s", qUtf8Printable(record)); }
+
 const char *levelName(QWebPage::MessageLevel level)
 {
     switch (level) {
@@ -60,9 +62,9 @@ void logConsole(QWebPage::MessageSource source, QWebPage::MessageLevel level, co
     const QString record = origin + oneLine(text, longestText) + place(url, line);
     switch (level) {
     case QWebPage::WarningMessageLevel:
-    case QWebPage::ErrorMessageLevel: qCWarning(pageLog).noquote() << record; break;
-    case QWebPage::DebugMessageLevel: qCDebug(pageLog).noquote() << record; break;
-    default: qCInfo(pageLog).noquote() << record; break;
+    case QWebPage::ErrorMessageLevel: warn(record); break;
+    case QWebPage::DebugMessageLevel: qCDebug(pageLog, "%s", qUtf8Printable(record)); break;
+    default: qCInfo(pageLog, "%s", qUtf8Printable(record)); break;
     }
 }
 
@@ -118,8 +120,7 @@ QString certificateFault(const QUrl &url, const QSslError &error)
 
 void logRefusal(const QUrl &url, const QString &reason)
 {
-    qCWarning(pageLog).noquote() << "not loaded:" << shown(url) + ':'
-                                 << oneLine(reason, longestText);
+    warn("not loaded: " + shown(url) + ": " + oneLine(reason, longestText));
 }
 
 void logConsoleOf(QWebPage *page)
@@ -132,7 +133,7 @@ void logFailuresOf(QNetworkAccessManager *network, QObject *context)
     QObject::connect(network, &QNetworkAccessManager::sslErrors, context,
                      [](QNetworkReply *reply, const QList<QSslError> &errors) {
                          for (const QSslError &error : errors)
-                             qCWarning(pageLog).noquote() << certificateFault(reply->url(), error);
+                             warn(certificateFault(reply->url(), error));
                      });
     QObject::connect(network, &QNetworkAccessManager::finished, context,
                      [](QNetworkReply *reply) { logFailure(*reply); });

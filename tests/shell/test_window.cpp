@@ -2,12 +2,15 @@
 #include "platform/box_paths.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_kind.h"
+#include "shell/window_placement.h"
 #include "tests/support/http_server.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/portal.h"
 
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QNetworkDiskCache>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWebSettings>
@@ -49,12 +52,47 @@ private:
 private slots:
     void init()
     {
-        for (const char *variable :
-             {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "Q_USER_AGENT", "Q_CACHE_PATH", "Q_CACHE_MAX_SIZE"})
+        for (const char *variable : {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "Q_USER_AGENT",
+                                     "Q_CACHE_PATH", "Q_CACHE_MAX_SIZE", "VESPREL_WINDOW"})
             qunsetenv(variable);
     }
 
     void cleanup() { m_portal.reset(); }
+
+    void size_data()
+    {
+        QTest::addColumn<QByteArray>("wanted");
+        QTest::addColumn<QSize>("size"); // Invalid: the screen's.
+        QTest::addColumn<bool>("isReported");
+        QTest::newRow("none") << QByteArray() << QSize() << false;
+        QTest::newRow("window") << QByteArray("640x400") << QSize(640, 400) << false;
+        QTest::newRow("too large") << QByteArray("1920x1080") << QSize() << true;
+        QTest::newRow("too small") << QByteArray("63x400") << QSize() << true;
+        QTest::newRow("no size") << QByteArray("640 x 400") << QSize() << true;
+    }
+
+    /** What a desktop asks for, or the whole screen and a line that tells why. */
+    void size()
+    {
+        QFETCH(QByteArray, wanted);
+        QFETCH(QSize, size);
+        QFETCH(bool, isReported);
+        qputenv("VESPREL_WINDOW", wanted);
+        LogCapture log;
+        build();
+        showInPlace(m_portal->window);
+        const QSize screen = QGuiApplication::primaryScreen()->size();
+        QTRY_COMPARE(m_portal->view()->size(), size.isValid() ? size : screen);
+        QCOMPARE(m_portal->window.isMaximized(), !size.isValid());
+        QCOMPARE(!log.take().filter("VESPREL_WINDOW=" + wanted).isEmpty(), isReported);
+    }
+
+    void pageFollowsTheWindow()
+    {
+        build();
+        m_portal->window.resize(500, 300);
+        QTRY_COMPARE(m_portal->view()->size(), QSize(500, 300));
+    }
 
     void judgedReplies_data()
     {

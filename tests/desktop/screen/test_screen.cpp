@@ -134,9 +134,6 @@ private slots:
         QTest::newRow("bare, window") << QString() << QByteArray("800x450") << QSize(800, 450);
         QTest::newRow("whole screen") << "openbox" << QByteArray() << whole;
         QTest::newRow("window") << "openbox" << QByteArray("800x450") << QSize(800, 450);
-        QTest::newRow("as large as the screen") << "openbox" << QByteArray("1280x720") << whole;
-        QTest::newRow("too large") << "openbox" << QByteArray("1920x1080") << whole;
-        QTest::newRow("no size") << "openbox" << QByteArray("large") << whole;
     }
 
     void videoFollows()
@@ -153,17 +150,17 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!plane().isEmpty(), 30000);
         QProcess &box = start(VESPREL_PROGRAM, {}, window);
         QVERIFY2(says(box, sizeText({{}, size})), m_log.constData());
-        QCOMPARE(m_log.contains("VESPREL_WINDOW"), window == "1920x1080" || window == "large");
         const QString ours = windowOf(box);
+        const QString video = plane();
         QCOMPARE(areaOf(ours).size(), size);
-        QTRY_COMPARE_WITH_TIMEOUT(areaOf(plane()), areaOf(ours), 30000);
+        QTRY_COMPARE_WITH_TIMEOUT(areaOf(video), areaOf(ours), 30000);
         if (size == QSize(1280, 720))
             return;
         m_log.clear();
         ask("xdotool", {"windowmove", ours, "70", "90"});
         ask("xdotool", {"windowsize", ours, "640", "400"});
         QVERIFY2(says(box, "page 640x400"), m_log.constData());
-        QTRY_COMPARE_WITH_TIMEOUT(areaOf(plane()), areaOf(ours), 30000);
+        QTRY_COMPARE_WITH_TIMEOUT(areaOf(video), areaOf(ours), 30000);
         QVERIFY(areaOf(ours).topLeft() != QPoint(0, 0));
     }
 
@@ -189,14 +186,14 @@ private slots:
             return text.section('#', 1).remove(QRegularExpression("[ ,\n]"));
         };
         const auto hex = [](const QString &id) { return "0x" + QString::number(id.toUInt(), 16); };
-        QTRY_COMPARE_WITH_TIMEOUT(order(), hex(windowOf(other)) + hex(plane()) + hex(windowOf(box)),
-                                  30000);
+        const QString another = hex(windowOf(other));
+        const QString video = hex(plane());
+        const QString portal = hex(windowOf(box));
+        QTRY_COMPARE_WITH_TIMEOUT(order(), another + video + portal, 30000);
         ask("xdotool", {"windowactivate", windowOf(other)});
-        QTRY_COMPARE_WITH_TIMEOUT(order(), hex(plane()) + hex(windowOf(box)) + hex(windowOf(other)),
-                                  30000);
+        QTRY_COMPARE_WITH_TIMEOUT(order(), video + portal + another, 30000);
         ask("xdotool", {"windowactivate", windowOf(box)});
-        QTRY_COMPARE_WITH_TIMEOUT(order(), hex(windowOf(other)) + hex(plane()) + hex(windowOf(box)),
-                                  30000);
+        QTRY_COMPARE_WITH_TIMEOUT(order(), another + video + portal, 30000);
     }
 };
 
