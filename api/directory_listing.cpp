@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QStringList>
 
 namespace {
 
@@ -17,28 +16,26 @@ constexpr QDir::Filters everyDirectory = QDir::Dirs | QDir::Hidden | QDir::NoDot
 constexpr QDir::Filters everyFile = QDir::Files | QDir::Hidden | QDir::CaseSensitive;
 
 // An iterator keeps the file system's order; a QDir would sort.
-QString listedDirectories(const QString &directory)
+QStringList directoriesIn(const QString &directory)
 {
-    QStringList items;
+    QStringList names;
     QDirIterator entry(directory, everyDirectory);
     while (entry.hasNext()) {
         entry.next();
-        items.append('"' + entry.fileName() + "/\"");
+        names.append(entry.fileName());
     }
-    return items.join(", ");
+    return names;
 }
 
-// Names go in without escapes: portals look them up again byte for byte.
-QString listedFiles(const QString &directory, const QStringList &patterns)
+QVector<ListedFile> filesIn(const QString &directory, const QStringList &patterns)
 {
-    QStringList items;
+    QVector<ListedFile> files;
     QDirIterator entry(directory, patterns, everyFile);
     while (entry.hasNext()) {
         entry.next();
-        items.append("{\"name\":\"" + entry.fileName() +
-                     "\",\"size\":" + QString::number(entry.fileInfo().size()) + '}');
+        files.append({entry.fileName(), entry.fileInfo().size()});
     }
-    return items.join(", ");
+    return files;
 }
 
 } // namespace
@@ -52,12 +49,29 @@ std::optional<QString> internalDiskPath(const QString &directory)
     return std::nullopt;
 }
 
+QString listingText(const QStringList &directories, const QVector<ListedFile> &files)
+{
+    // Names go in without escapes: portals look them up again byte for byte.
+    QStringList directoryItems;
+    for (const QString &name : directories)
+        directoryItems.append('"' + name + "/\"");
+    QStringList fileItems;
+    for (const ListedFile &file : files)
+        fileItems.append("{\"name\":\"" + file.name + "\",\"size\":" + QString::number(file.size) +
+                         '}');
+    return "var dirs = [" + directoryItems.join(", ") + "];var files = [" + fileItems.join(", ") +
+           "];";
+}
+
+QStringList listedPatterns(const QString &extensions)
+{
+    return QString(extensions).replace(".", "*.").split(' ');
+}
+
 QString directoryListing(const QString &directory, const QString &extensions)
 {
     // The iterator itself would cut a name at a NUL and list some other directory.
     if (!QFileInfo(directory).isDir())
-        return "var dirs = [];var files = [];";
-    const QStringList patterns = QString(extensions).replace(".", "*.").split(' ');
-    return "var dirs = [" + listedDirectories(directory) + "];var files = [" +
-           listedFiles(directory, patterns) + "];";
+        return listingText({}, {});
+    return listingText(directoriesIn(directory), filesIn(directory, listedPatterns(extensions)));
 }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -10,6 +12,21 @@
  * for any other directory. The result is relative to the working directory. Any thread.
  */
 std::optional<QString> internalDiskPath(const QString &directory);
+
+/** A file as a listing tells of it. */
+struct ListedFile
+{
+    QString name;
+    qint64 size = 0; ///< Bytes.
+};
+
+/**
+ * The script source of a listing, in the order of the names; names go in as they are. Any thread.
+ */
+QString listingText(const QStringList &directories, const QVector<ListedFile> &files);
+
+/** The patterns of file names that a portal's list of extensions means. Any thread. */
+QStringList listedPatterns(const QString &extensions);
 
 /**
  * A directory's content as script source for the portal's media browser:

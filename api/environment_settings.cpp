@@ -36,7 +36,7 @@ QString environmentAnswer(const QString &args, const SettingsFile &settings)
 void storeEnvironment(const QString &args, const SettingsFile &settings)
 {
     const QJsonObject members = parsedObject(args);
-    QVector<SettingsFile::Setting> texts;
+    QVector<Setting> texts;
     for (auto member = members.begin(); member != members.end(); ++member) {
         if (member.value().isString())
             texts.append({member.key(), member.value().toString()});

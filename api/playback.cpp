@@ -3,24 +3,15 @@
  * Playback, seeking and position. The receiver plays; this keeps the state that the getters
  * answer from.
  */
+#include "api/play_text.h"
 #include "api/vesprelv2.h"
 #include "platform/log_record.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace {
 
-constexpr double lowestInt = std::numeric_limits<int>::min();
-constexpr double highestInt = std::numeric_limits<int>::max();
-
-int toInt(double value) { return static_cast<int>(std::clamp(value, lowestInt, highestInt)); }
-
-int scaled(int value, int factor) { return toInt(double(value) * factor); }
+int scaled(int value, int factor) { return clampedInt(double(value) * factor); }
 
 /** How far position is into length, in units of which the whole holds `parts`. */
 int share(int parts, int position, int length)
@@ -67,10 +58,7 @@ void VesprelV2::PlaySolution(const QString &solution, const QString &URL)
 void VesprelV2::PlayConfig(const QString &config)
 {
     logRecord("PlayConfig", "():", config);
-    const QJsonObject object = QJsonDocument::fromJson(config.toUtf8()).object();
-    const int position = toInt(object.value("position").toDouble());
-    // The receiver splits the position off again.
-    Play(object.value("uri").toString() + " position:" + QString::number(position));
+    Play(configuredPlayText(config));
 }
 
 void VesprelV2::Stop()

@@ -7,51 +7,8 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
-
-#include <algorithm>
-#include <optional>
-
-namespace {
-
-QByteArray storedForm(const QJsonDocument &document)
-{
-    return document.toJson(QJsonDocument::Compact);
-}
-
-/** What a document becomes when the next reader takes the first word of its stored form. */
-QJsonDocument readAgain(const QJsonDocument &document)
-{
-    return QJsonDocument::fromJson(firstWord(storedForm(document)).toUtf8());
-}
-
-bool hasWhiteSpace(const QString &text)
-{
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
-}
-
-/**
- * Whether a text holds what may be read in another way or order by what else stands in the
- * document: halves of surrogate pairs, and byte order marks.
- */
-bool isOdd(const QString &text)
-{
-    return std::any_of(text.begin(), text.end(),
-                       [](QChar c) { return c.isSurrogate() || c == QChar::ByteOrderMark; });
-}
-
-QJsonDocument withSetting(const QJsonDocument &document, const SettingsFile::Setting &setting)
-{
-    // Portals find a list of theirs again as they left it.
-    if (document.isArray())
-        return document;
-    QJsonObject settings = document.object();
-    settings.insert(setting.first, setting.second);
-    return QJsonDocument(settings);
-}
-
-} // namespace
 
 QString homeFile(const QString &name)
 {
@@ -88,7 +45,7 @@ QJsonObject SettingsFile::readAll() const
 {
     // Only the first word counts, never the whole file: portals rely on a stored blank making the
     // next reader see broken JSON and start over with defaults.
-    return QJsonDocument::fromJson(firstWordOfFile(m_path).value_or(QString()).toUtf8()).object();
+    return settingsIn(firstWordOfFile(m_path).value_or(QString()));
 }
 
 QString SettingsFile::read(const QString &name, const QString &defaultValue) const
@@ -100,25 +57,7 @@ void SettingsFile::write(const QVector<Setting> &settings) const
 {
     if (settings.isEmpty())
         return;
-    QJsonDocument document =
-        QJsonDocument::fromJson(firstWordOfFile(m_path).value_or(QString()).toUtf8());
-    // Whatever somebody else put into the file may change each of the first two times that it is
-    // read and written; from then on only odd letters can, and white space that is added.
-    const QByteArray before = storedForm(document);
-    bool isAnyOdd = isOdd(QString::fromUtf8(before)) || before.contains("\\ud");
-    int timesReadAgain = 0;
-    bool isSettled = false;
-    for (int i = 0; i < settings.size(); ++i) {
-        if (i > 0 && !isSettled) {
-            document = readAgain(document);
-            ++timesReadAgain;
-        }
-        document = withSetting(document, settings[i]);
-        const QString both = settings[i].first + settings[i].second;
-        isAnyOdd = isAnyOdd || isOdd(both);
-        isSettled = timesReadAgain >= 2 && !isAnyOdd && !hasWhiteSpace(both);
-    }
-    const QByteArray content = storedForm(document);
+    const QByteArray content = settingsText(firstWordOfFile(m_path).value_or(QString()), settings);
     if (content.size() > longestText)
         logRecord("Not stored, more than 16 MiB:", m_path);
     else

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "api/settings_text.h"
+
 #include <QJsonObject>
-#include <QPair>
 #include <QString>
 #include <QVector>
 
@@ -24,8 +25,6 @@ void removeUnfinishedSettings();
 class SettingsFile
 {
 public:
-    using Setting = QPair<QString, QString>; ///< Name and value.
-
     explicit SettingsFile(const QString &path);
 
     /**

@@ -345,13 +345,13 @@ private slots:
         QRandomGenerator random(5);
         const auto one = [&random](const auto &list) { return list[random.bounded(list.size())]; };
         for (int i = 0; i < 1500; ++i) {
-            QVector<SettingsFile::Setting> settings(random.bounded(1, 8));
-            for (SettingsFile::Setting &setting : settings)
+            QVector<Setting> settings(random.bounded(1, 8));
+            for (Setting &setting : settings)
                 setting = {one(texts), one(texts)};
             const QByteArray content = one(contents);
             writeFile(m_page->path("one"), content);
             writeFile(m_page->path("all"), content);
-            for (const SettingsFile::Setting &setting : qAsConst(settings))
+            for (const Setting &setting : qAsConst(settings))
                 SettingsFile(m_page->path("one")).write({setting});
             SettingsFile(m_page->path("all")).write(settings);
             QCOMPARE(contentOf(m_page->path("all")), contentOf(m_page->path("one")));
