@@ -2,11 +2,13 @@
 #include "desktop/player/mpv_player.h"
 
 #include "desktop/player/language_codes.h"
+#include "desktop/player/mpv_process.h"
 #include "desktop/player/mpv_units.h"
 #include "desktop/recordings/box_media.h"
 #include "platform/one_line.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -41,17 +43,24 @@ QString allCodes(const QStringList &languages)
 } // namespace
 
 MpvPlayer::MpvPlayer(const MpvOptions &options, QObject *parent)
+    : MpvPlayer(options,
+                std::make_unique<MpvProcess>(options.program, mpvArguments(options.arguments)),
+                parent)
+{
+}
+
+MpvPlayer::MpvPlayer(const MpvOptions &options, std::unique_ptr<MpvChannel> mpv, QObject *parent)
     : MediaPlayer(parent)
     , m_options(options)
-    , m_mpv(options.program, mpvArguments(options.arguments))
+    , m_mpv(std::move(mpv))
 {
     m_patience.setSingleShot(true);
     m_patience.setInterval(m_options.startPatienceMs);
     m_tick.setInterval(m_options.tickMs);
     connect(&m_patience, &QTimer::timeout, this, &MpvPlayer::handleSilence);
     connect(&m_tick, &QTimer::timeout, this, &MpvPlayer::reportProgress);
-    connect(&m_mpv, &MpvProcess::eventReceived, this, &MpvPlayer::handleEvent);
-    connect(&m_mpv, &MpvProcess::exited, this, &MpvPlayer::handleExit);
+    connect(m_mpv.get(), &MpvChannel::eventReceived, this, &MpvPlayer::handleEvent);
+    connect(m_mpv.get(), &MpvChannel::exited, this, &MpvPlayer::handleExit);
     startMpv();
 }
 
@@ -87,7 +96,7 @@ void MpvPlayer::play(const PlayRequest &request)
 void MpvPlayer::stop()
 {
     forgetMedium();
-    m_mpv.command({"stop"});
+    m_mpv->command({"stop"});
 }
 
 void MpvPlayer::pause()
@@ -114,7 +123,7 @@ void MpvPlayer::seek(int positionMs)
     if (m_state == State::Starting)
         m_medium.seekAtStartMs = target;
     else if (m_state != State::Stopped)
-        m_mpv.command({"seek", secondsText(target), "absolute+exact"});
+        m_mpv->command({"seek", secondsText(target), "absolute+exact"});
 }
 
 void MpvPlayer::selectAudioTrack(int pid)
@@ -204,17 +213,17 @@ void MpvPlayer::setSilent(bool isSilent)
 
 bool MpvPlayer::startMpv()
 {
-    if (m_mpv.isRunning())
+    if (m_mpv->isRunning())
         return true;
     QString failure;
-    if (!m_mpv.start(&failure)) {
+    if (!m_mpv->start(&failure)) {
         emit message("cannot play: " + failure);
         return false;
     }
-    m_mpv.command({"request_log_messages", "error"});
+    m_mpv->command({"request_log_messages", "error"});
     int observation = 0;
     for (const char *name : observedProperties)
-        m_mpv.command({"observe_property", ++observation, name});
+        m_mpv->command({"observe_property", ++observation, name});
     for (auto property = m_lasting.cbegin(); property != m_lasting.cend(); ++property)
         setProperty(property.key(), property.value());
     return true;
@@ -236,7 +245,7 @@ void MpvPlayer::load(const QString &location)
             finish(QString("cannot play %1: %2")
                        .arg(oneLine(m_medium.request.url), answer["error"].toString()));
     };
-    m_mpv.command({"loadfile", location, "replace"}, noteEntry);
+    m_mpv->command({"loadfile", location, "replace"}, noteEntry);
 }
 
 void MpvPlayer::forgetMedium()
@@ -257,7 +266,7 @@ void MpvPlayer::finish(const QString &line)
 
 void MpvPlayer::setProperty(const QString &name, const QJsonValue &value)
 {
-    m_mpv.command({"set_property", name, value});
+    m_mpv->command({"set_property", name, value});
 }
 
 void MpvPlayer::setLastingProperty(const QString &name, const QJsonValue &value)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "desktop/player/media_player.h"
-#include "desktop/player/mpv_process.h"
+#include "desktop/player/mpv_channel.h"
 #include "desktop/player/picture_shape.h"
 #include "desktop/player/track_list.h"
 
@@ -10,6 +10,8 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTimer>
+
+#include <memory>
 
 /** How an MpvPlayer runs mpv. */
 struct MpvOptions
@@ -31,8 +33,12 @@ class MpvPlayer : public MediaPlayer
 public:
     explicit MpvPlayer(const MpvOptions &options, QObject *parent = nullptr);
 
+    /** The same with an mpv that somebody else runs. */
+    MpvPlayer(const MpvOptions &options, std::unique_ptr<MpvChannel> mpv,
+              QObject *parent = nullptr);
+
     /** Process id of mpv, 0 when it does not run. */
-    qint64 processId() const { return m_mpv.processId(); }
+    qint64 processId() const { return m_mpv->processId(); }
 
     void play(const PlayRequest &request) override;
     void stop() override;
@@ -98,7 +104,7 @@ private:
     void reportProgress();
 
     MpvOptions m_options;
-    MpvProcess m_mpv;
+    std::unique_ptr<MpvChannel> m_mpv;
     QTimer m_patience;
     QTimer m_tick;
     QHash<QString, QJsonValue> m_lasting; ///< Survives an mpv that is started again.

@@ -36,7 +36,7 @@ void MpvPlayer::explainFailure(const QString &summary)
 {
     m_patience.stop();
     // What mpv logged before it gave up comes after the event, but before the next answer.
-    m_mpv.command({"get_property", "pid"}, [this, summary, play = m_play](const QJsonObject &) {
+    m_mpv->command({"get_property", "pid"}, [this, summary, play = m_play](const QJsonObject &) {
         if (play != m_play || m_state == State::Stopped)
             return;
         const QString cause = m_medium.firstError.isEmpty() ? summary : m_medium.firstError;
@@ -54,27 +54,27 @@ void MpvPlayer::handlePlaybackRestart()
     }
     // mpv tells of a property only what has changed, which may be nothing since the last medium.
     for (const char *name : observedProperties) {
-        m_mpv.command({"get_property", name},
-                      [this, name, play = m_play](const QJsonObject &answer) {
-                          if (play == m_play && m_state != State::Stopped)
-                              handleProperty(name, answer["data"]);
-                      });
+        m_mpv->command({"get_property", name},
+                       [this, name, play = m_play](const QJsonObject &answer) {
+                           if (play == m_play && m_state != State::Stopped)
+                               handleProperty(name, answer["data"]);
+                       });
     }
     const auto isStarting = [this, play = m_play] {
         return play == m_play && m_state == State::Starting;
     };
-    m_mpv.command({"get_property", "time-pos"}, [this, isStarting](const QJsonObject &position) {
+    m_mpv->command({"get_property", "time-pos"}, [this, isStarting](const QJsonObject &position) {
         if (!isStarting())
             return;
         chooseTracks();
         const int positionMs = millisecondsOf(position["data"].toDouble());
-        m_mpv.command({"get_property", "track-list"},
-                      [this, isStarting, positionMs](const QJsonObject &answer) {
-                          if (!isStarting())
-                              return;
-                          m_medium.tracks = answer["data"].toArray();
-                          begin(positionMs);
-                      });
+        m_mpv->command({"get_property", "track-list"},
+                       [this, isStarting, positionMs](const QJsonObject &answer) {
+                           if (!isStarting())
+                               return;
+                           m_medium.tracks = answer["data"].toArray();
+                           begin(positionMs);
+                       });
     });
 }
 
@@ -125,9 +125,9 @@ void MpvPlayer::handleSilence()
 {
     // Without an answer to the command itself it is mpv that hangs, not the medium.
     if (m_medium.entry != 0)
-        m_mpv.command({"stop"});
+        m_mpv->command({"stop"});
     else
-        m_mpv.kill();
+        m_mpv->kill();
     finish(QString("cannot play %1: nothing to show within %2 s")
                .arg(oneLine(m_medium.request.url))
                .arg(m_options.startPatienceMs / 1000));
@@ -162,7 +162,7 @@ void MpvPlayer::reportTracks()
 
 void MpvPlayer::reportProgress()
 {
-    m_mpv.command({"get_property", "time-pos"}, [this, play = m_play](const QJsonObject &answer) {
+    m_mpv->command({"get_property", "time-pos"}, [this, play = m_play](const QJsonObject &answer) {
         if (play != m_play || m_state == State::Stopped || !answer["data"].isDouble())
             return;
         const int positionMs = millisecondsOf(answer["data"].toDouble());

@@ -19,13 +19,13 @@ QStringList withConnection(const QStringList &arguments, int descriptor)
 } // namespace
 
 MpvProcess::MpvProcess(const QString &program, const QStringList &arguments, QObject *parent)
-    : QObject(parent)
+    : MpvChannel(parent)
     , m_program(program)
     , m_arguments(arguments)
 {
 }
 
-MpvProcess::~MpvProcess() { kill(); }
+MpvProcess::~MpvProcess() { MpvProcess::kill(); }
 
 bool MpvProcess::start(QString *failure)
 {
