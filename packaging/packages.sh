@@ -20,6 +20,7 @@ desk_packages="$play_packages $screenshot_packages $web_packages chromium chromi
 cross_packages="mmdebstrap dpkg-dev"
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
+fuzz_packages="clang llvm libclang-rt-14-dev"
 lint_packages="clang-format clang-tidy clazy shellcheck"
 
 # What packaging/build-debs and packaging/release need beside the first and the drivers.
