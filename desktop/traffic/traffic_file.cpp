@@ -253,7 +253,8 @@ ParsedTraffic parseTraffic(const QByteArray &text)
             return {{}, told, {}};
         reader.result.warning = told;
     }
-    if (reader.result.messages.isEmpty() && reader.result.warning.isEmpty())
-        reader.result.failure = QString("%1: there is no message in it").arg(number);
-    return reader.result;
+    if (!reader.result.messages.isEmpty())
+        return reader.result;
+    const QString nothing = QString("%1: there is no message in it").arg(number);
+    return {{}, reader.result.warning.isEmpty() ? nothing : reader.result.warning, {}};
 }

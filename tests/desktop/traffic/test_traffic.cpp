@@ -148,8 +148,8 @@ private slots:
             QTest::newRow(name) << good + line + good << failure;
         };
         QTest::newRow("empty") << QByteArray() << "0: there is no message in it";
-        QTest::newRow("nothing whole") << QByteArray("{\"ms\"")
-                                       << "1: no JSON object: unterminated object";
+        QTest::newRow("nothing whole")
+            << QByteArray("{\"ms\"") << "1: no JSON object: unterminated string";
         QTest::newRow("version") << QByteArray("{\"vesprel-traffic\":2}\n" + good)
                                  << "1: a recording of another version than 1";
         row("no JSON", "hello\n", "2: no JSON object: illegal value");
