@@ -17,7 +17,7 @@ test_packages="mpv ffmpeg xdotool openbox x11-utils xauth imagemagick $driver_pa
 # What the tests of run.sh need beside that.
 desk_packages="$play_packages $screenshot_packages $web_packages chromium chromium-driver"
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
-cross_packages="mmdebstrap dpkg-dev"
+cross_packages=mmdebstrap
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 fuzz_packages="clang llvm libclang-rt-14-dev"

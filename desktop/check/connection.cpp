@@ -3,6 +3,7 @@
 
 #include <QThread>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -88,12 +89,11 @@ QByteArray Connection::readWrite()
 
 QByteArray Connection::receive(int descriptor)
 {
-    QByteArray bytes(readSize, Qt::Uninitialized);
-    const ssize_t count = ::read(descriptor, bytes.data(), readSize);
+    std::array<char, readSize> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    const ssize_t count = ::read(descriptor, bytes.data(), bytes.size());
     if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR))
         close();
-    bytes.truncate(count > 0 ? static_cast<int>(count) : 0);
-    return bytes;
+    return {bytes.data(), count > 0 ? static_cast<int>(count) : 0};
 }
 
 bool Connection::openPipe()

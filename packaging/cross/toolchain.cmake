@@ -39,9 +39,12 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} ${CMAKE_SYSROOT})
 
 if(architecture STREQUAL "i386")
     # This machine runs it by itself, with the sysroot's libraries.
-    set(libraries ${CMAKE_SYSROOT}/usr/lib/i386-linux-gnu)
     set(CMAKE_EXE_LINKER_FLAGS_INIT
-        "-Wl,--dynamic-linker=${libraries}/ld-linux.so.2,--disable-new-dtags,-rpath,${libraries},-rpath,/usr/i686-linux-gnu/lib")
+        "-Wl,--dynamic-linker=${CMAKE_SYSROOT}/lib/ld-linux.so.2,--disable-new-dtags")
+    foreach(folder IN ITEMS ${CMAKE_SYSROOT}/usr/lib/i386-linux-gnu ${CMAKE_SYSROOT}/lib/i386-linux-gnu
+                            /usr/i686-linux-gnu/lib)
+        string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT ",-rpath,${folder}")
+    endforeach()
 else()
     set(CMAKE_CROSSCOMPILING_EMULATOR ${VESPREL_CROSS}/emulator)
 endif()
