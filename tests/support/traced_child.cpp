@@ -40,7 +40,7 @@ bool killedAtCall(int last, const std::function<void()> &piece,
         __ptrace_syscall_info info = {};
         ::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof(info), &info);
         if (seen && info.op == PTRACE_SYSCALL_INFO_ENTRY)
-            seen(info.entry.nr);
+            seen(static_cast<unsigned long>(info.entry.nr));
         if (stop == last)
             break;
     }
