@@ -140,7 +140,9 @@ private slots:
     {
         std::atomic<std::size_t> pushed{0};
         EventQueue events([] {});
-        constexpr std::size_t most = EventQueue::capacity / sizeof(ReceivedEvent) + 1;
+        // The last one may go beyond.
+        constexpr std::size_t size = sizeof(ReceivedEvent);
+        constexpr std::size_t most = (EventQueue::capacity + size - 1) / size;
         std::thread reader([&] {
             for (int i = 0; i < int(2 * most); ++i) {
                 events.push({Event::PvrRecordingStarted, i, 0, {}});
