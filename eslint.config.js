@@ -10,7 +10,7 @@ const fs = require('fs');
 const path = require('path');
 const js = require('./build/lint/eslint/node_modules/@eslint/js');
 
-// Only what the engine has: no fetch, no Promise.
+// What these scripts use of the engine; it has no fetch.
 const engine = [
     'window', 'document', 'console', 'location', 'navigator', 'screen', 'setTimeout',
     'clearTimeout', 'setInterval', 'clearInterval', 'getComputedStyle', 'Image', 'Map', 'WeakMap',

@@ -14,7 +14,7 @@ var Keys = (function () {
         action[OK] = actions.ok;
         action[UP] = actions.up;
         action[DOWN] = actions.down;
-        action[key.BACK] = action[key.EXIT] = actions.back;
+        action[window.key.BACK] = action[window.key.EXIT] = actions.back;
         action[RED] = actions.red;
         if (!event.altKey && action[event.keyCode]) {
             action[event.keyCode]();
