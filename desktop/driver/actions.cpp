@@ -66,6 +66,7 @@ private:
         case Kind::PointerDown: return button(action, source, true);
         case Kind::PointerUp: return button(action, source, false);
         case Kind::PointerMove: return move(action, source);
+        case Kind::PointerCancel: fail("unsupported operation", "No pointer can be cancelled.");
         case Kind::Scroll: return scroll(action, source);
         }
         return false;
@@ -107,15 +108,8 @@ private:
         return m_context.settle();
     }
 
-    static void requireMouse(const InputSource &source)
-    {
-        if (source.pointerType != "mouse")
-            fail("unsupported operation", "The box has no " + source.pointerType + " input.");
-    }
-
     bool button(const Action &action, InputSource &source, bool down)
     {
-        requireMouse(source);
         if (source.buttons.contains(action.button) == down)
             return false;
         if (down) {
@@ -126,12 +120,24 @@ private:
         } else {
             source.buttons.remove(action.button);
         }
+        if (source.pointerType == "touch") {
+            // A finger has no further buttons.
+            if (action.button == 0)
+                touch(source, down ? "down" : "up");
+            return m_context.settle();
+        }
         // The display counts from 1 and has its wheel between the middle and the further ones.
         const int number = action.button < 3 ? action.button + 1 : action.button + 5;
         if (number > 255)
             return false;
         m_context.display->pressButton(quint8(number), down);
         return m_context.settle();
+    }
+
+    void touch(const InputSource &source, const char *step)
+    {
+        m_context.touch(source.finger, step, m_context.originX + int(std::floor(source.x)),
+                        m_context.originY + int(std::floor(source.y)));
     }
 
     QPair<double, double> target(const Action &action, const InputSource &source) const
@@ -161,6 +167,12 @@ private:
     {
         source.x = x;
         source.y = y;
+        if (source.pointerType == "touch") {
+            // One that is not down touches nothing on its way.
+            if (source.buttons.contains(0))
+                touch(source, "move");
+            return m_context.settle();
+        }
         m_context.display->movePointer(m_context.originX + int(std::floor(x)),
                                        m_context.originY + int(std::floor(y)));
         return m_context.settle();
@@ -168,7 +180,6 @@ private:
 
     bool move(const Action &action, InputSource &source)
     {
-        requireMouse(source);
         const auto [x, y] = target(action, source);
         const double startX = source.x;
         const double startY = source.y;

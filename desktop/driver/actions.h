@@ -15,7 +15,16 @@ class Display;
 /** One action of one input source in one tick. */
 struct Action
 {
-    enum class Kind { Pause, KeyDown, KeyUp, PointerDown, PointerUp, PointerMove, Scroll };
+    enum class Kind {
+        Pause,
+        KeyDown,
+        KeyUp,
+        PointerDown,
+        PointerUp,
+        PointerMove,
+        PointerCancel,
+        Scroll
+    };
 
     Kind kind = Kind::Pause;
     QString source;
@@ -32,9 +41,10 @@ struct Action
 /** An input device that a client made up, and what it holds. */
 struct InputSource
 {
-    QString type; ///< "none", "key", "pointer" or "wheel".
-    QString pointerType = "mouse";
-    double x = 0; ///< In the viewport.
+    QString type;                  ///< "none", "key", "pointer" or "wheel".
+    QString pointerType = "mouse"; ///< Or "touch", or "pen", which moves the mouse, too.
+    int finger = 0;                ///< The number of a touch's finger.
+    double x = 0;                  ///< In the viewport.
     double y = 0;
     QMap<QString, quint8> keys; ///< Held keys, with those of the display.
     QSet<int> buttons;
@@ -66,6 +76,8 @@ struct ActionContext
     double height = 0;
     /** The centre of an element in the viewport; throws if it has none. */
     std::function<QPair<double, double>(const QJsonValue &element)> centreOf;
+    /** A finger's step, "down", "move" or "up", at a point of the display. */
+    std::function<void(int finger, const char *step, int x, int y)> touch;
     /** Turns the wheel at a point of the display by pixels. */
     std::function<void(int x, int y, int deltaX, int deltaY)> scroll;
     /** Returns when the program has seen all input; true if a dialog is open now. */

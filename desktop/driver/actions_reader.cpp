@@ -87,7 +87,7 @@ Action readPointer(const QString &subtype, const QJsonObject &item)
         action.x = required(numberMember(item, "x", -1e300, 1e300), "x");
         action.y = required(numberMember(item, "y", -1e300, 1e300), "y");
     } else if (subtype == "pointerCancel") {
-        fail("unsupported operation", "A mouse cannot be cancelled.");
+        action.kind = Kind::PointerCancel;
     } else {
         failArgument("A pointer does no " + subtype);
     }
@@ -162,6 +162,7 @@ Ticks readActions(const QJsonObject &parameters, InputState &state)
         const QString id = stringMember(sequence, "id");
         InputSource fresh;
         fresh.type = type;
+        fresh.finger = state.sources.size();
         if (type == "pointer")
             fresh.pointerType = pointerTypeOf(sequence);
         const auto known = state.sources.constFind(id);

@@ -183,7 +183,7 @@ SessionRequest accepted(const QJsonObject &wanted)
         {"acceptInsecureCerts", request.acceptInsecureCerts},
         {"pageLoadStrategy", request.pageLoadStrategy},
         {"proxy", wanted.value("proxy").toObject()},
-        {"setWindowRect", false},
+        {"setWindowRect", true},
         {"strictFileInteractability", request.strictFileInteractability},
         {"timeouts", timeoutsObject(request.timeouts)},
         {"unhandledPromptBehavior", request.promptHandlers.toJson()},

@@ -63,7 +63,7 @@ public:
     QJsonValue switchToParentFrame(const CommandCall &call);
     QJsonValue windowRect(const CommandCall &call);
     QJsonValue setWindowRect(const CommandCall &call);
-    QJsonValue unsupported(const CommandCall &call);
+    QJsonValue changeWindowState(const CommandCall &call);
 
     QJsonValue activeElement(const CommandCall &call);
     QJsonValue findElement(const CommandCall &call);
@@ -92,6 +92,7 @@ public:
     QJsonValue sendAlertText(const CommandCall &call);
     QJsonValue screenshot(const CommandCall &call);
     QJsonValue elementScreenshot(const CommandCall &call);
+    QJsonValue print(const CommandCall &call);
 
     QJsonValue pressRemoteKey(const CommandCall &call);
     QJsonValue tellReceiver(const CommandCall &call);
@@ -133,11 +134,13 @@ private:
     QJsonObject elementOf(const CommandCall &call) const;
 
     QJsonArray find(const CommandCall &call, bool onlyFirst);
+    QJsonValue arrangeWindow(const QJsonObject &wanted);
     QJsonValue runScript(const CommandCall &call, bool async);
     QJsonValue load(const QString &method, const QJsonObject &params);
     void waitForLoad(const Deadline &deadline);
     void waitForNewLoad(int loadsBefore);
     void sendToElement(const QJsonObject &element, const QString &text);
+    void chooseFiles(const QJsonObject &element, const QStringList &files, bool several);
 
     Place place();
     void settle(quint32 window);

@@ -62,6 +62,12 @@ QJsonObject checkedCookie(const QJsonObject &parameters)
     return cookie;
 }
 
+/** By what the driver keeps of a cookie is found. */
+QString keyOf(const QJsonObject &cookie)
+{
+    return cookie.value("name").toString() + ';' + cookie.value("path").toString("/");
+}
+
 } // namespace
 
 QJsonValue Session::source(const CommandCall &) { return callPage("source"); }
@@ -111,9 +117,9 @@ QJsonValue Session::allCookies(const CommandCall &)
     const auto cookies = ask("cookies").value("value").toArray();
     for (const QJsonValue &value : cookies) {
         QJsonObject cookie = value.toObject();
-        const QString key = cookie.value("name").toString() + ';' + cookie.value("path").toString();
-        if (m_sameSite.contains(key))
-            cookie["sameSite"] = m_sameSite[key];
+        const auto sameSite = m_sameSite.constFind(keyOf(cookie));
+        if (sameSite != m_sameSite.constEnd())
+            cookie["sameSite"] = *sameSite;
         result.append(cookie);
     }
     return result;
@@ -133,11 +139,10 @@ QJsonValue Session::addCookie(const CommandCall &call)
 {
     const QJsonObject cookie = checkedCookie(call.parameters);
     ask("changeCookies", {{"cookie", cookie}});
-    const QString key = cookie.value("name").toString() + ';' + cookie.value("path").toString("/");
     if (cookie.contains("sameSite"))
-        m_sameSite[key] = cookie.value("sameSite").toString();
+        m_sameSite[keyOf(cookie)] = cookie.value("sameSite").toString();
     else
-        m_sameSite.remove(key);
+        m_sameSite.remove(keyOf(cookie));
     return {};
 }
 
@@ -152,6 +157,9 @@ QJsonValue Session::deleteCookie(const CommandCall &call)
 
 QJsonValue Session::deleteAllCookies(const CommandCall &)
 {
+    const auto cookies = ask("cookies").value("value").toArray();
     ask("changeCookies", {{"delete", QJsonValue()}});
+    for (const QJsonValue &cookie : cookies)
+        m_sameSite.remove(keyOf(cookie.toObject()));
     return {};
 }

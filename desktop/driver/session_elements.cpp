@@ -16,17 +16,23 @@ using namespace std::chrono_literals;
 
 constexpr auto implicitPoll = 15ms;
 
-} // namespace
-
-QJsonValue Session::activeElement(const CommandCall &) { return callPage("active"); }
-
-QJsonArray Session::find(const CommandCall &call, bool onlyFirst)
+QString strategyOf(const CommandCall &call)
 {
     static const QStringList strategies = {"css selector", "link text", "partial link text",
                                            "tag name", "xpath"};
     const QString strategy = stringMember(call.parameters, "using");
     if (!strategies.contains(strategy))
         failArgument("There is no strategy " + strategy.left(100));
+    return strategy;
+}
+
+} // namespace
+
+QJsonValue Session::activeElement(const CommandCall &) { return callPage("active"); }
+
+QJsonArray Session::find(const CommandCall &call, bool onlyFirst)
+{
+    const QString strategy = strategyOf(call);
     const QString selector = stringMember(call.parameters, "value");
     const QJsonValue root =
         call.variables.contains("element id") ? QJsonValue(elementOf(call)) : QJsonValue();
@@ -52,7 +58,7 @@ QJsonValue Session::findElements(const CommandCall &call) { return find(call, fa
 
 QJsonValue Session::findInShadowRoot(const CommandCall &call)
 {
-    stringMember(call.parameters, "using");
+    strategyOf(call);
     stringMember(call.parameters, "value");
     handlePrompts();
     fail("no such shadow root", "The engine has no shadow roots.");
@@ -135,14 +141,22 @@ void Session::sendToElement(const QJsonObject &element, const QString &text)
     if (kind == "done")
         return;
     if (kind == "file" || kind == "files") {
-        const QStringList files = text.split('\n', Qt::SkipEmptyParts);
-        if (files.isEmpty() || (kind == "file" && files.size() != 1))
-            failArgument("The field takes " + QString(kind == "file" ? "one file" : "files"));
-        for (const QString &file : files) {
-            if (!QFileInfo::exists(file))
-                failArgument("There is no file " + file);
-        }
-        fail("unsupported operation", "A box has no files that its viewer could choose.");
+        chooseFiles(element, text.split('\n'), kind == "files");
+        return;
     }
     ask("type", {{"text", text}});
+}
+
+void Session::chooseFiles(const QJsonObject &element, const QStringList &files, bool several)
+{
+    if (!several && files.size() != 1)
+        failArgument("The field takes one file");
+    QJsonArray paths = callPage("pathsOf", {element}).toArray();
+    for (const QString &file : files) {
+        const QFileInfo info(file);
+        if (!info.isFile())
+            failArgument("There is no file \"" + file.left(1000) + '"');
+        paths.append(info.absoluteFilePath());
+    }
+    ask("dropFiles", {{"element", element}, {"paths", paths}});
 }

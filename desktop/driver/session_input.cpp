@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * Input through the display, the text of dialogs, and pictures.
+ * Input through the display, and the text of dialogs.
  */
 #include "desktop/driver/arguments.h"
 #include "desktop/driver/session.h"
@@ -42,6 +42,9 @@ ActionContext Session::actionContext()
     context.scroll = [this](int x, int y, int deltaX, int deltaY) {
         ask("scroll", {{"x", x}, {"y", y}, {"deltaX", deltaX}, {"deltaY", deltaY}});
     };
+    context.touch = [this](int finger, const char *step, int x, int y) {
+        ask("touch", {{"finger", finger}, {"step", step}, {"x", x}, {"y", y}});
+    };
     context.settle = [this, where] {
         m_box.display().mark(where.window, ++m_mark);
         return askOnce("waitForMark", {{"number", double(m_mark)}}, deadlineAfter(settleTime))
@@ -77,36 +80,4 @@ QJsonValue Session::sendAlertText(const CommandCall &call)
         throw WebDriverError{
             answer.value("error").toString(), answer.value("message").toString(), {}, {}};
     return {};
-}
-
-QJsonValue Session::screenshot(const CommandCall &)
-{
-    requireWindow();
-    const QJsonObject answer = askOnce("picture", {}, deadlineAfter(settleTime));
-    if (answer.value("error") == QLatin1String("blocked")) {
-        // With the dialog, which only the display has.
-        const QByteArray picture = m_box.display().picture();
-        if (picture.isEmpty())
-            fail("unable to capture screen", "The display gave no picture.");
-        return QString::fromLatin1(picture.toBase64());
-    }
-    if (answer.contains("error"))
-        throw WebDriverError{
-            answer.value("error").toString(), answer.value("message").toString(), {}, {}};
-    return answer.value("value");
-}
-
-QJsonValue Session::elementScreenshot(const CommandCall &call)
-{
-    const QJsonObject box = callPage("picture", {elementOf(call)}).toObject();
-    QJsonObject part = box;
-    if (!m_frame.isEmpty()) {
-        const QString frame = std::exchange(m_frame, QString());
-        const Place whole = place();
-        m_frame = frame;
-        const Place inner = place();
-        part["x"] = box.value("x").toInt() + inner.x - whole.x;
-        part["y"] = box.value("y").toInt() + inner.y - whole.y;
-    }
-    return ask("picture", part).value("value");
 }

@@ -109,19 +109,27 @@ QJsonValue Session::windowRect(const CommandCall &) { return callPage("outerRect
 QJsonValue Session::setWindowRect(const CommandCall &call)
 {
     constexpr double most = 2147483647;
-    for (const char *name : {"width", "height"}) {
-        if (!call.parameters.value(QLatin1String(name)).isNull())
-            numberMember(call.parameters, name, 0, most);
+    constexpr std::pair<const char *, double> members[] = {
+        {"width", 0}, {"height", 0}, {"x", -most - 1}, {"y", -most - 1}};
+    QJsonObject wanted;
+    for (const auto &[name, least] : members) {
+        if (call.parameters.value(QLatin1String(name)).isNull())
+            continue;
+        if (const auto number = numberMember(call.parameters, name, least, most))
+            wanted[QLatin1String(name)] = *number;
     }
-    for (const char *name : {"x", "y"}) {
-        if (!call.parameters.value(QLatin1String(name)).isNull())
-            numberMember(call.parameters, name, -most - 1, most);
-    }
-    fail("unsupported operation",
-         "The box fills its screen; a session chooses that screen's size.");
+    return arrangeWindow(wanted);
 }
 
-QJsonValue Session::unsupported(const CommandCall &call)
+QJsonValue Session::changeWindowState(const CommandCall &call)
 {
-    fail("unsupported operation", "A box knows no \"" + call.name + "\".");
+    // A box's window without anything around it fills the screen either way.
+    return arrangeWindow({{call.name == "minimize" ? "hide" : "fill", true}});
+}
+
+QJsonValue Session::arrangeWindow(const QJsonObject &wanted)
+{
+    handlePrompts();
+    ask("arrange", wanted);
+    return callPage("outerRect");
 }

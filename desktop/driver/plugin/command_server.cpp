@@ -78,7 +78,8 @@ QJsonObject CommandServer::refusal(int needs, Request &request, const QJsonObjec
     if (!request.view)
         return {{"error", "no such window"}, {"message", "The window is closed."}};
     if (needs & OpenFrame & ~OpenWindow) {
-        request.frame = m_pages.frame(request.window, message.value("frame").toString());
+        request.frameName = message.value("frame").toString();
+        request.frame = m_pages.frame(request.window, request.frameName);
         if (!request.frame)
             return {{"error", "no such window"}, {"message", "The frame is gone."}};
     }

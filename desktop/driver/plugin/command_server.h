@@ -4,6 +4,7 @@
 #include "desktop/driver/plugin/display_mark.h"
 #include "desktop/driver/plugin/pages.h"
 #include "desktop/driver/plugin/prompts.h"
+#include "desktop/driver/plugin/touch_screen.h"
 
 #include <QJsonObject>
 #include <QLocalSocket>
@@ -40,6 +41,7 @@ private:
         QJsonObject params;
         QString window;
         QWebView *view = nullptr;
+        QString frameName;
         QWebFrame *frame = nullptr;
     };
 
@@ -67,12 +69,13 @@ private:
     void send(const QJsonObject &message);
     void tellOfPrompt();
     void pollScript(const Request &request, int waitMs);
+    QJsonObject scriptResult(const Request &request, int ticket);
 
     Answer windows(const Request &request);
     Answer openWindow(const Request &request);
     Answer closeWindow(const Request &request);
     Answer selectWindow(const Request &request);
-    Answer setGeometry(const Request &request);
+    Answer arrange(const Request &request);
     Answer call(const Request &request);
     Answer script(const Request &request);
     Answer abandonScript(const Request &request);
@@ -85,9 +88,12 @@ private:
     Answer place(const Request &request);
     Answer type(const Request &request);
     Answer pressSettings(const Request &request);
+    Answer dropFiles(const Request &request);
     Answer scroll(const Request &request);
+    Answer touch(const Request &request);
     Answer waitForMark(const Request &request);
     Answer picture(const Request &request);
+    Answer print(const Request &request);
     Answer cookies(const Request &request);
     Answer changeCookies(const Request &request);
     Answer prompt(const Request &request);
@@ -99,6 +105,7 @@ private:
     Pages m_pages;
     Prompts m_prompts;
     DisplayMark m_mark;
+    TouchScreen m_touchScreen;
     QVector<int> m_running; ///< Ids of requests that are on the stack, the innermost last.
     int m_scriptTicket = 0; ///< That of the script whose result is awaited.
     int m_tickets = 0;

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * What the driver may ask about windows, documents, scripts and loads.
+ * What the driver may ask about documents, scripts and loads.
  */
 #include "desktop/driver/plugin/command_server.h"
 
 #include <QJsonArray>
-#include <QPointer>
-#include <QStackedWidget>
 #include <QTimer>
 #include <QWebFrame>
 #include <QWebHistory>
@@ -21,11 +19,6 @@ QJsonObject error(const char *code, const QString &message)
     return {{"error", code}, {"message", message}};
 }
 
-QStackedWidget *stackOf(QWebView *view)
-{
-    return qobject_cast<QStackedWidget *>(view->parentWidget());
-}
-
 } // namespace
 
 const QHash<QString, CommandServer::Method> &CommandServer::methods()
@@ -36,7 +29,7 @@ const QHash<QString, CommandServer::Method> &CommandServer::methods()
         {"openWindow", {OpenWindow, &S::openWindow}},
         {"closeWindow", {OpenWindow, &S::closeWindow}},
         {"selectWindow", {OpenWindow, &S::selectWindow}},
-        {"setGeometry", {OpenWindow, &S::setGeometry}},
+        {"arrange", {OpenWindow, &S::arrange}},
         {"call", {Loaded, &S::call}},
         {"script", {Loaded, &S::script}},
         {"abandonScript", {Nothing, &S::abandonScript}},
@@ -49,9 +42,12 @@ const QHash<QString, CommandServer::Method> &CommandServer::methods()
         {"place", {OpenFrame, &S::place}},
         {"type", {Loaded, &S::type}},
         {"pressSettings", {OpenWindow, &S::pressSettings}},
+        {"dropFiles", {Loaded, &S::dropFiles}},
         {"scroll", {OpenFrame, &S::scroll}},
+        {"touch", {OpenWindow, &S::touch}},
         {"waitForMark", {Nothing, &S::waitForMark}},
         {"picture", {OpenWindow, &S::picture}},
+        {"print", {Loaded, &S::print}},
         {"cookies", {Loaded, &S::cookies}},
         {"changeCookies", {Loaded, &S::changeCookies}},
         {"prompt", {Nothing, &S::prompt}},
@@ -59,63 +55,6 @@ const QHash<QString, CommandServer::Method> &CommandServer::methods()
         {"writePrompt", {Nothing, &S::writePrompt}},
     };
     return table;
-}
-
-CommandServer::Answer CommandServer::windows(const Request &)
-{
-    return value(QJsonObject{{"handles", QJsonArray::fromStringList(m_pages.handles())},
-                             {"shown", m_pages.shown()}});
-}
-
-CommandServer::Answer CommandServer::openWindow(const Request &request)
-{
-    QStackedWidget *stack = stackOf(request.view);
-    QWidget *before = stack->currentWidget();
-    const int count = stack->count();
-    // As the box opens its favourites, over those that are there, only that the window of the
-    // client stays in front.
-    stack->setCurrentIndex(count - 1);
-    QMetaObject::invokeMethod(request.view->window(), "WinOpenWebFavorites",
-                              Q_ARG(QString, "about:blank"), Q_ARG(int, 0));
-    auto *opened = qobject_cast<QWebView *>(stack->widget(count));
-    stack->setCurrentWidget(before);
-    if (!opened)
-        return error("unsupported operation", "The box opened no second window.");
-    return value(m_pages.handleOf(opened));
-}
-
-CommandServer::Answer CommandServer::closeWindow(const Request &request)
-{
-    QStackedWidget *stack = stackOf(request.view);
-    if (stack->count() == 1)
-        return value(QJsonArray());
-    if (stack->indexOf(request.view) == 0)
-        return error("unsupported operation", "The portal cannot be closed before its favourites.");
-    stack->setCurrentWidget(request.view);
-    m_prompts.acceptAll(true);
-    QMetaObject::invokeMethod(request.view->window(), "WinCloseWebFavorites");
-    m_prompts.acceptAll(false);
-    return value(QJsonArray::fromStringList(m_pages.handles()));
-}
-
-CommandServer::Answer CommandServer::selectWindow(const Request &request)
-{
-    stackOf(request.view)->setCurrentWidget(request.view);
-    request.view->setFocus(Qt::OtherFocusReason);
-    return value({});
-}
-
-CommandServer::Answer CommandServer::setGeometry(const Request &request)
-{
-    QWidget *window = request.view->window();
-    QRect box = window->geometry();
-    if (request.params.contains("x"))
-        box.moveTo(request.params.value("x").toInt(), request.params.value("y").toInt());
-    if (request.params.contains("width"))
-        box.setSize(
-            {request.params.value("width").toInt(), request.params.value("height").toInt()});
-    window->setGeometry(box);
-    return value({});
 }
 
 CommandServer::Answer CommandServer::call(const Request &request)
@@ -128,40 +67,42 @@ CommandServer::Answer CommandServer::script(const Request &request)
 {
     const int ticket = ++m_tickets;
     m_scriptTicket = ticket;
-    const QPointer<QWebFrame> frame(request.frame);
     const QJsonObject result = m_pages.run(request.frame, request.params.value("body").toString(),
                                            request.params.value("arguments").toArray(), ticket,
                                            request.params.value("async").toBool());
     // The script may have opened a dialog, which gave the answer.
     if (!result.isEmpty() || !m_running.contains(request.id))
         return result;
-    if (!frame)
-        return error("javascript error", "The document was left while the script ran.");
     pollScript(request, 0);
     return std::nullopt;
 }
 
 void CommandServer::pollScript(const Request &request, int waitMs)
 {
-    const QPointer<QWebFrame> frame(request.frame);
     const int ticket = m_tickets;
-    QTimer::singleShot(waitMs, this, [this, request, frame, ticket, waitMs] {
+    QTimer::singleShot(waitMs, this, [this, request, ticket, waitMs] {
         if (m_scriptTicket != ticket)
             return;
-        if (!frame) {
-            reply(request.id, error("javascript error", "The frame was left by the script."));
-            return;
-        }
         if (!m_prompts.open().isEmpty()) {
             reply(request.id, {{"value", QJsonValue()}, {"prompt", true}});
             return;
         }
-        const QJsonObject result = m_pages.poll(frame, ticket);
+        const QJsonObject result = scriptResult(request, ticket);
         if (result.isEmpty())
             pollScript(request, std::min(waitMs + 1, 10));
         else
             reply(request.id, result);
     });
+}
+
+QJsonObject CommandServer::scriptResult(const Request &request, int ticket)
+{
+    if (QWebFrame *frame = m_pages.frame(request.window, request.frameName))
+        return m_pages.poll(frame, ticket);
+    // The script removed its own frame, perhaps as its last deed.
+    QWebFrame *mainFrame = m_pages.frame(request.window, {});
+    const QJsonObject kept = mainFrame ? m_pages.takeKept(mainFrame, ticket) : QJsonObject();
+    return kept.isEmpty() ? error("javascript error", "The frame was left by the script.") : kept;
 }
 
 CommandServer::Answer CommandServer::abandonScript(const Request &)

@@ -2,6 +2,7 @@
 #include "desktop/driver/plugin/cookies.h"
 
 #include <QDateTime>
+#include <QHostAddress>
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 
@@ -34,8 +35,10 @@ bool addCookie(QNetworkCookieJar &jar, const QUrl &url, const QJsonObject &cooki
         result.setExpirationDate(
             QDateTime::fromSecsSinceEpoch(qint64(cookie.value("expiry").toDouble()), Qt::UTC));
     QString domain = cookie.value("domain").toString(url.host());
-    // A domain that a client names is for the hosts below it too; one that it leaves out is not.
-    if (cookie.contains("domain") && !domain.startsWith('.'))
+    // A domain that a client names is for the hosts below it too; one that it leaves out is not,
+    // and an address has none.
+    const bool isAddress = !QHostAddress(url.host()).isNull();
+    if (cookie.contains("domain") && !isAddress && !domain.startsWith('.'))
         domain.prepend('.');
     result.setDomain(domain);
     return jar.insertCookie(result) || !result.isSessionCookie();

@@ -4,12 +4,15 @@
  */
 #include "desktop/driver/plugin/command_server.h"
 #include "desktop/driver/plugin/cookies.h"
+#include "desktop/driver/plugin/printing.h"
 #include "desktop/driver/plugin/typing.h"
 
 #include <QApplication>
 #include <QBuffer>
+#include <QDropEvent>
 #include <QImage>
 #include <QJsonArray>
+#include <QMimeData>
 #include <QNetworkAccessManager>
 #include <QNetworkCookieJar>
 #include <QPainter>
@@ -94,6 +97,50 @@ CommandServer::Answer CommandServer::scroll(const Request &request)
         QCoreApplication::sendEvent(request.view, &event);
     }
     return value({});
+}
+
+CommandServer::Answer CommandServer::dropFiles(const Request &request)
+{
+    const QJsonValue element = request.params.value("element");
+    const QJsonArray paths = request.params.value("paths").toArray();
+    const QJsonObject centre = m_pages.call(request.frame, "openDrop", {});
+    const QJsonObject corner = place(request)->value("value").toObject();
+    const QJsonArray offset = centre.value("value").toArray();
+    const QPoint where =
+        request.view->mapFromGlobal(QPoint(corner.value("x").toInt() + offset.at(0).toInt(),
+                                           corner.value("y").toInt() + offset.at(1).toInt()));
+    QMimeData files;
+    QList<QUrl> urls;
+    for (const QJsonValue &path : paths)
+        urls += QUrl::fromLocalFile(path.toString());
+    files.setUrls(urls);
+    QDragEnterEvent enter(where, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(request.view, &enter);
+    QDragMoveEvent move(where, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(request.view, &move);
+    QDropEvent drop(where, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(request.view, &drop);
+    return m_pages.call(request.frame, "takeDrop", {element, paths});
+}
+
+CommandServer::Answer CommandServer::touch(const Request &request)
+{
+    const QString step = request.params.value("step").toString();
+    m_touchScreen.touch(
+        *request.view, request.params.value("finger").toInt(),
+        step == "down"   ? TouchScreen::Step::Down
+        : step == "move" ? TouchScreen::Step::Move
+                         : TouchScreen::Step::Up,
+        QPoint(request.params.value("x").toInt(), request.params.value("y").toInt()));
+    return value({});
+}
+
+CommandServer::Answer CommandServer::print(const Request &request)
+{
+    const QByteArray pdf = printToPdf(*request.frame, request.params);
+    if (pdf.isEmpty())
+        return QJsonObject{{"error", "invalid argument"}, {"message", "The paper has no room."}};
+    return value(QString::fromLatin1(pdf.toBase64()));
 }
 
 CommandServer::Answer CommandServer::waitForMark(const Request &request)

@@ -65,6 +65,9 @@ public:
                     bool async);
     QJsonObject poll(QWebFrame *frame, int ticket);
 
+    /** The same for a script that removed its own frame; asks the main frame. */
+    QJsonObject takeKept(QWebFrame *frame, int ticket);
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:

@@ -37,7 +37,8 @@ public:
         return send("POST", inSession(command), body);
     }
     Answer script(const QString &text);
-    Answer closeWindow() { return send("DELETE", inSession("window")); }
+    Answer remove(const QString &command) { return send("DELETE", inSession(command)); }
+    Answer closeWindow() { return remove("window"); }
     Answer end() { return send("DELETE", inSession({})); }
 
     /** The id of the first element that a selector finds. */
