@@ -78,6 +78,7 @@ private:
     void startReceiver(const BoxPrograms &programs, const BoxOptions &options);
     void startProgram(const BoxPrograms &programs, const SessionRequest &request,
                       const Profile &profile);
+    void startCompositor();
     void listen();
     void waitForProgram();
     void stop();

@@ -4,6 +4,7 @@
  */
 #include "desktop/driver/box.h"
 
+#include "desktop/driver/confinement.h"
 #include "desktop/driver/keeper.h"
 #include "desktop/driver/webdriver_error.h"
 #include "platform/environment.h"
@@ -60,6 +61,7 @@ Box::Box(const BoxPrograms &programs, const SessionRequest &request)
         startDisplay(screenOf(request.box, profile));
         startReceiver(programs, request.box);
         startProgram(programs, request, profile);
+        startCompositor();
         m_watcher = std::thread(&Box::watch, this);
         waitForProgram();
     } catch (...) {
@@ -182,13 +184,6 @@ void Box::startReceiver(const BoxPrograms &programs, const BoxOptions &options)
         options.player.isEmpty() ? QString(hasMpv() ? "mpv" : "simulated") : options.player;
     if (player == "mpv" && !hasMpv())
         fail("session not created", "mpv is not installed.");
-    // Shows the video through the transparent parts of a page; without it they are black.
-    ProcessStart compositor;
-    compositor.program = "picom";
-    compositor.arguments = QStringList{"--backend", "xrender", "--config", "/dev/null"};
-    compositor.environment = environment();
-    compositor.group = m_group;
-    m_compositor.start(compositor);
     Pipe input = makePipe();
     Pipe output = makePipe();
     const QString ready = m_folder + "/run/receiver";
@@ -197,6 +192,7 @@ void Box::startReceiver(const BoxPrograms &programs, const BoxOptions &options)
     how.arguments = QStringList{"--ready", ready, "--player", player};
     how.input = input.read.number();
     how.output = output.write.number();
+    confine(how, m_folder);
     startChild(m_receiver, how, nullptr);
     m_receiverInput = std::move(input.write);
     m_receiverOutput = std::move(output.read);
@@ -253,8 +249,21 @@ void Box::startProgram(const BoxPrograms &programs, const SessionRequest &reques
     for (auto row = variables.begin(); row != variables.end(); ++row)
         how.environment += row.key() + '=' + row.value();
     how.output = output.write.number();
+    confine(how, m_folder);
     startChild(m_program, how, nullptr);
     m_programOutput = std::move(output.read);
+}
+
+void Box::startCompositor()
+{
+    // Shows the video through the transparent parts of a page; without it they are black. Nobody
+    // waits for it.
+    ProcessStart how;
+    how.program = "picom";
+    how.arguments = QStringList{"--backend", "xrender", "--config", "/dev/null"};
+    how.environment = environment();
+    how.group = m_group;
+    m_compositor.start(how);
 }
 
 void Box::waitForProgram()

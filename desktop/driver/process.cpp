@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int firstExtra = 3;
+constexpr int signalled = 128; ///< Added to a signal's number in an exit code.
 
 /** Arguments or variables as exec takes them. */
 class CStrings
@@ -124,9 +125,14 @@ bool Process::waitForEnd(std::chrono::milliseconds time)
     return true;
 }
 
+bool Process::hasSucceeded() const { return WIFEXITED(m_status) && WEXITSTATUS(m_status) == 0; }
+
 QString Process::end() const
 {
     if (WIFSIGNALED(m_status))
         return QString("was killed by signal %1").arg(WTERMSIG(m_status));
+    // In this way bwrap says it of what it ran.
+    if (WEXITSTATUS(m_status) > signalled)
+        return QString("was killed by signal %1").arg(WEXITSTATUS(m_status) - signalled);
     return QString("ended with %1").arg(WEXITSTATUS(m_status));
 }

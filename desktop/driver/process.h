@@ -69,6 +69,9 @@ public:
     /** Waits for the end; false if it still runs after that time. */
     bool waitForEnd(std::chrono::milliseconds time);
 
+    /** Whether it ended with 0. */
+    bool hasSucceeded() const;
+
     /** How it ended, in words: "ended with 1", "was killed by signal 11". */
     QString end() const;
 

@@ -20,6 +20,13 @@ WebDriverError errorOf(const QJsonObject &answer)
     return {answer.value("error").toString(), answer.value("message").toString(), {}, {}};
 }
 
+/** What a dialog says; null where it says nothing. */
+QJsonValue messageOf(const QJsonObject &prompt)
+{
+    const QString text = prompt.value("text").toString();
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
 auto now() { return std::chrono::steady_clock::now().time_since_epoch().count(); }
 
 } // namespace
@@ -140,9 +147,9 @@ void Session::handlePrompt(const QJsonObject &prompt)
     if (handler.action != Reaction::Ignore)
         closePrompt(handler.action == Reaction::Accept);
     if (handler.notify) {
-        const QString text = prompt.value("text").toString();
+        const QJsonValue text = messageOf(prompt);
         throw WebDriverError{
-            "unexpected alert open", "A dialog was open: " + text, {{"text", text}}, {}};
+            "unexpected alert open", "A dialog was open: " + text.toString(), {{"text", text}}, {}};
     }
 }
 
@@ -182,7 +189,7 @@ QJsonValue Session::acceptAlert(const CommandCall &)
 QJsonValue Session::alertText(const CommandCall &)
 {
     requirePrompt();
-    return state().value("prompt").toObject().value("text");
+    return messageOf(state().value("prompt").toObject());
 }
 
 QJsonValue Session::getTimeouts(const CommandCall &) { return timeoutsObject(m_request.timeouts); }

@@ -86,8 +86,10 @@ QList<qint64> DriverClient::children(const QString &name) const
     QList<qint64> result;
     for (const QString &entry : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
         const Child child = read(entry.toLongLong());
-        if (child.runs && child.parent == m_process.processId() &&
-            (name.isEmpty() || child.name == name))
+        // What is confined is a child's child.
+        const bool own = child.parent == m_process.processId() ||
+                         (child.parent > 1 && read(child.parent).parent == m_process.processId());
+        if (child.runs && own && (name.isEmpty() || child.name == name))
             result += entry.toLongLong();
     }
     return result;

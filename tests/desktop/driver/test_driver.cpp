@@ -68,6 +68,7 @@ private slots:
     void profiles();
     void badProfiles();
     void endlessScript();
+    void programIsConfined();
     void crashedProgram();
     void nothingIsLeft();
     void nothingIsLeftOfAKilledDriver();
@@ -529,6 +530,29 @@ void TestDriver::badProfiles()
     for (const char *text : {"A=b\nexport B=c\n", "A=b\n =c\n", "A=b\nB\n"}) {
         QCOMPARE(parseProfile(text, failure), Profile());
         QCOMPARE(failure, QString("line 2 is no NAME=VALUE"));
+    }
+}
+
+void TestDriver::programIsConfined()
+{
+    if (QProcess::execute("bwrap", {"--ro-bind", "/", "/", "--dev", "/dev", "true"}) != 0)
+        QSKIP("bwrap is not installed, or may not work here.");
+    const QList<qint64> programs =
+        m_client.children("vesprel") + m_client.children("vesprel-receive");
+    QCOMPARE(programs.size(), 2);
+    for (const qint64 id : programs) {
+        QFile file(QString("/proc/%1/mounts").arg(id));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QByteArray written;
+        const QList<QByteArray> lines = file.readAll().split('\n');
+        for (const QByteArray &line : lines) {
+            const QList<QByteArray> fields = line.split(' ');
+            if (fields.value(1) == "/")
+                QVERIFY2(fields.value(3).startsWith("ro"), line);
+            if (fields.value(3).startsWith("rw") && fields.value(1).contains("/vesprel-driver."))
+                written += fields.value(1);
+        }
+        QCOMPARE(written.count("/vesprel-driver."), 1);
     }
 }
 
