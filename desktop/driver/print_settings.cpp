@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr double point = 2.54 / 72; ///< cm: the smallest paper.
-constexpr double most = 1e6;        ///< Nothing is bounded by the protocol itself.
+constexpr double printPoint = 2.54 / 72; ///< cm: the smallest paper.
+constexpr double longestLength = 1e6;    ///< Nothing is bounded by the protocol itself.
 
 QJsonObject objectMember(const QJsonObject &object, const char *name)
 {
@@ -28,7 +28,7 @@ int pageNumber(const QString &text)
     if (!digits.match(text).hasMatch())
         failArgument("\"pageRanges\" has no number where one is to be: " + text.left(100));
     // A number beyond all pages stays beyond them.
-    return int(std::min(text.toDouble(), most));
+    return int(std::min(text.toDouble(), longestLength));
 }
 
 /** All of it, whatever bytes are in it. */
@@ -56,15 +56,15 @@ QJsonObject readPrintSettings(const QJsonObject &parameters)
     const double scale = numberMember(parameters, "scale", 0.1, 2).value_or(1);
     const bool background = boolMember(parameters, "background", false);
     const QJsonObject page = objectMember(parameters, "page");
-    double width = numberMember(page, "width", point, most).value_or(21.59);
-    double height = numberMember(page, "height", point, most).value_or(27.94);
+    double width = numberMember(page, "width", printPoint, longestLength).value_or(21.59);
+    double height = numberMember(page, "height", printPoint, longestLength).value_or(27.94);
     if (orientation.toString() == "landscape")
         std::swap(width, height);
     QJsonObject result{
         {"width", width}, {"height", height}, {"scale", scale}, {"background", background}};
     const QJsonObject margin = objectMember(parameters, "margin");
     for (const char *side : {"top", "bottom", "left", "right"})
-        result[QLatin1String(side)] = numberMember(margin, side, 0, most).value_or(1);
+        result[QLatin1String(side)] = numberMember(margin, side, 0, longestLength).value_or(1);
     // The engine always shrinks what is wider than the paper.
     boolMember(parameters, "shrinkToFit", true);
     if (parameters.contains("pageRanges"))
@@ -79,7 +79,7 @@ QSet<int> readPageRanges(const QJsonArray &ranges, int pageCount)
         if (range.isDouble()) {
             if (!isInteger(range) || range.toDouble() < 0)
                 failArgument("\"pageRanges\" has a number that is no page");
-            pages.insert(int(std::min(range.toDouble(), most)));
+            pages.insert(int(std::min(range.toDouble(), longestLength)));
             continue;
         }
         const QStringList parts = range.toString().split('-');

@@ -18,7 +18,8 @@ public:
 
     TouchScreen();
 
-    /** One finger's step at a point of the screen; fingers that are not down do nothing but Down. */
+    /** One finger's step at a point of the screen; fingers that are not down do nothing but Down.
+     */
     void touch(QWidget &view, int finger, Step step, const QPoint &where);
 
 private:
