@@ -3,7 +3,7 @@
 # Installs what is missing, then takes each argument in turn: ./test.sh [lint|desk|PRESET|ARCHITECTURE...].
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
 # tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers. "desk" runs all tests of
-# run.sh, of which the others run the quick ones.
+# run.sh, of which the others run the quick ones; "bench" measures, and compares with what was kept.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
@@ -27,6 +27,12 @@ for target in "${@:-desktop}"; do
         stage "desk: build" cmake --build --preset desktop --target vesprel vesprel-receiver \
             vesprel-inspector vesprel-fresh-pages
         stage "desk: test" tests/desk/run build/desktop
+        continue
+        ;;
+    bench)
+        # shellcheck disable=SC2086 # a list of words
+        stage "bench: install" install_missing $bench_packages
+        stage "bench: measure" bench/run --short --check
         continue
         ;;
     armhf | arm64 | i386)

@@ -19,8 +19,11 @@ desk_packages="$play_packages $screenshot_packages $web_packages chromium chromi
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
 cross_packages=mmdebstrap
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
-# What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
+# What bench/run measures with, and what it compares with.
+bench_packages="libbenchmark-dev python3-xlib xvfb mpv ffmpeg chromium cog libwpebackend-fdo-1.0-1"
+# What fuzz/run builds with, and reports coverage with.
 fuzz_packages="clang llvm libclang-rt-14-dev"
+# What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.
 lint_packages="clang-format clang-tidy clazy shellcheck"
 
 # What packaging/build-debs and packaging/release need beside the first and the drivers.

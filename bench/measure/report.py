@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Ratios of what was measured, as a table, and compared with those that were kept."""
+
+WORSE = 1.5  # A ratio may become so many times worse than the kept one before a run fails.
+
+
+def ratio(first, second):
+    return first / second if second else None
+
+
+class Table:
+    """Rows of figure, value, what it is measured against, ratio and target."""
+
+    def __init__(self):
+        self.rows = []
+
+    def add(self, name, value, against, target=None, unit="ms", more_is_better=False):
+        """A ratio of the value and what it is measured against."""
+        self.rows.append({"name": name, "value": round(value, 3), "against": round(against, 3),
+                          "unit": unit, "ratio": round(ratio(value, against), 3),
+                          "target": target, "more_is_better": more_is_better})
+
+    def absolute(self, name, value, unit, target=None, more_is_better=False):
+        """A figure that nothing else on the machine can be measured against."""
+        self.rows.append({"name": name, "value": round(value, 3), "against": None, "unit": unit,
+                          "ratio": None, "target": target, "more_is_better": more_is_better})
+
+    @staticmethod
+    def meets(row):
+        number = row["value"] if row["ratio"] is None else row["ratio"]
+        return number >= row["target"] if row["more_is_better"] else number <= row["target"]
+
+    def markdown(self):
+        lines = ["| Figure | Value | Against | Ratio | Target | |", "|---|---|---|---|---|---|"]
+        for row in self.rows:
+            sign = "≥" if row["more_is_better"] else "≤"
+            lines.append("| {} | {:g} {} | {} | {} | {} | {} |".format(
+                row["name"], row["value"], row["unit"],
+                "" if row["against"] is None else f"{row['against']:g} {row['unit']}",
+                "" if row["ratio"] is None else f"{row['ratio']:.2f}",
+                "" if row["target"] is None else f"{sign} {row['target']:g}",
+                "" if row["target"] is None else "met" if self.meets(row) else "missed"))
+        return "\n".join(lines)
+
+    def worse_than(self, kept):
+        """Lines about ratios that are much worse than those kept, which are rows as well."""
+        before = {row["name"]: row for row in kept if row["ratio"]}
+        found = []
+        for row in self.rows:
+            old = before.get(row["name"])
+            if row["ratio"] is None or old is None:
+                continue
+            change = ratio(old["ratio"], row["ratio"]) if row["more_is_better"] \
+                else ratio(row["ratio"], old["ratio"])
+            if change > WORSE:
+                found.append(f"{row['name']}: ratio {row['ratio']:g}, was {old['ratio']:g}")
+        return found

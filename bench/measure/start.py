@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: Apache-2.0
+"""From exec to the page's onload, and the memory three seconds later."""
+import statistics
+import time
+
+from measure.programs import Run
+from measure.screen import Screen
+from measure.web import Web
+
+
+def measure(names, runs, progress):
+    """Medians by program: milliseconds to the first request and to onload, KiB of memory."""
+    values = {name: {"request_ms": [], "onload_ms": [], "pss_kib": []} for name in names}
+    with Screen() as screen, Web() as web:
+        # In turn, so that what else the machine does meets all of them.
+        for index in range(runs):
+            for name in names:
+                web.clear()
+                begin = time.monotonic()
+                with Run(name, screen.name, web.address) as run:
+                    requested = web.told("requested")
+                    loaded = web.told("loaded")
+                    time.sleep(3)
+                    values[name]["request_ms"].append((requested - begin) * 1000)
+                    values[name]["onload_ms"].append((loaded - begin) * 1000)
+                    values[name]["pss_kib"].append(run.pss())
+            progress(f"start: {index + 1} of {runs}")
+    return {name: {key: round(statistics.median(numbers), 1) for key, numbers in kinds.items()}
+            for name, kinds in values.items()}
