@@ -37,7 +37,8 @@ def sign_in(browser, text):
     browser.get(re.search(r"http://\S+autoconnect\S+", text).group(0))
     field = browser.find_element(By.ID, "noVNC_password_input")
     dialog = browser.find_element(By.ID, "noVNC_credentials_dlg")
-    wait_until(lambda: "noVNC_open" in dialog.get_attribute("class"))
+    # The dialog slides in, and takes nothing before it is there.
+    wait_until(lambda: "noVNC_open" in dialog.get_attribute("class") and field.is_displayed())
     field.send_keys(re.search(r"^Password: (\w+)", text, re.M).group(1), Keys.ENTER)
     return wait_until(lambda: browser.find_elements(By.TAG_NAME, "canvas"))[0]
 
