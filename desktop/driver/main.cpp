@@ -12,6 +12,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <pthread.h>
 
@@ -107,13 +108,14 @@ int serve(const DriverOptions &options)
     }
     std::printf("vesprel-driver is ready on http://127.0.0.1:%d\n", port);
     std::fflush(stdout);
-    std::thread server(&HttpFront::serve, &front);
+    std::thread(&HttpFront::serve, &front).detach();
     int signal = 0;
     sigwait(&awaited, &signal);
     driver.endSessions();
     front.stop();
-    server.join();
-    return 0;
+    std::fflush(nullptr);
+    // Nothing waits for the server: an idle connection of a client would hold it for a minute.
+    std::_Exit(0);
 }
 
 } // namespace
