@@ -15,7 +15,8 @@ class Screen:
     def __init__(self, size="1280x720"):
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp",
+             "-noreset"],
             pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as answer:

@@ -13,7 +13,7 @@ start_display() {
     unset VESPREL_WINDOW WAYLAND_DISPLAY
     export XAUTHORITY=$scratch/xauthority
     xauth -q -f "$XAUTHORITY" add :0 . "$(od -An -N16 -tx1 /dev/urandom | tr -d ' \n')" 2>/dev/null
-    start Xvfb -displayfd 3 -screen 0 "${screen}x24" -nolisten tcp -auth "$XAUTHORITY" \
+    start Xvfb -displayfd 3 -screen 0 "${screen}x24" -nolisten tcp -noreset -auth "$XAUTHORITY" \
         3>"$scratch/display" 2>/dev/null </dev/null
     wait_for 10 test -s "$scratch/display" || fail "Xvfb did not start"
     DISPLAY=:$(cat "$scratch/display")

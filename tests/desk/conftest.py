@@ -137,8 +137,8 @@ def display(tmp_path):
     """A display for a test whose box shall have one."""
     with open(tmp_path / "display", "w+") as number:
         server = subprocess.Popen(["Xvfb", "-displayfd", str(number.fileno()), "-screen", "0",
-                                   "1280x720x24", "-nolisten", "tcp"], pass_fds=[number.fileno()],
-                                  stderr=subprocess.DEVNULL)
+                                   "1280x720x24", "-nolisten", "tcp", "-noreset"],
+                                  pass_fds=[number.fileno()], stderr=subprocess.DEVNULL)
         wait_until(lambda: (tmp_path / "display").read_text().strip())
     yield ":" + (tmp_path / "display").read_text().strip()
     server.terminate()

@@ -33,7 +33,9 @@ QByteArray BareScreen::missing()
 
 BareScreen::BareScreen()
 {
-    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x720x24", "-nolisten", "tcp"});
+    // Without a reset after its last client: one that connects in that moment hangs or is refused.
+    m_server.start(
+        "Xvfb", {"-displayfd", "1", "-screen", "0", "1280x720x24", "-nolisten", "tcp", "-noreset"});
     QByteArray number;
     while (!number.endsWith('\n') && m_server.waitForReadyRead())
         number += m_server.readAllStandardOutput();
