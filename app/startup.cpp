@@ -56,6 +56,9 @@ int runVesprel(int &argc, char **argv)
         homeDirectory.mkpath(home);
     removeUnfinishedSettings();
 
+    // Pages are painted by the processor: without this the first window would load all of OpenGL,
+    // which then only a page that uses WebGL does.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication application(argc, argv);
     const Watchdog watchdog(watchdogOptions);
     // Nothing that closes while the window is hidden may end the loop: quitting only hides it.

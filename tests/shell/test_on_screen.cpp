@@ -281,6 +281,21 @@ private slots:
         SAYS("page next key 66");
     }
 
+    /** OpenGL costs a third of the start and of the memory, so only a page that uses it has it. */
+    void openGlWaitsForItsPage()
+    {
+        start("");
+        QVERIFY(m_run->hasLoaded("libQt5WebKit"));
+        QVERIFY(!m_run->hasLoaded("xcbglintegrations"));
+        m_run->announce(page("webgl.html", keysPage +
+                                               "<canvas id='c'></canvas><script>"
+                                               "gSTB.Debug('context ' + !!document"
+                                               ".getElementById('c')"
+                                               ".getContext('experimental-webgl'));</script>"));
+        SAYS("context ");
+        QVERIFY(m_run->hasLoaded("xcbglintegrations"));
+    }
+
     /** While the keyboard's page isn't there, Home is still the box's and takes the pane along. */
     void quitClosesTheKeyboard()
     {

@@ -2,6 +2,7 @@
 #include "tests/support/program.h"
 
 #include "platform/box_paths.h"
+#include "tests/support/files.h"
 
 #include <QProcessEnvironment>
 #include <QStandardPaths>
@@ -105,3 +106,8 @@ bool ProgramOnScreen::says(const QByteArray &text, int timeout)
 }
 
 bool ProgramOnScreen::isRunning() const { return m_program.state() == QProcess::Running; }
+
+bool ProgramOnScreen::hasLoaded(const QByteArray &library) const
+{
+    return contentOf(QString("/proc/%1/maps").arg(m_program.processId())).contains(library);
+}

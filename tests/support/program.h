@@ -50,6 +50,9 @@ public:
 
     bool isRunning() const;
 
+    /** Whether a library or plugin whose path has this in it is part of the process now. */
+    bool hasLoaded(const QByteArray &library) const;
+
     /** The rest of the log, for the message of a failure. */
     QByteArray log() const { return m_log; }
 
