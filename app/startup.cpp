@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QIcon>
 #include <QUrl>
 
 #include <clocale>
@@ -60,6 +61,9 @@ int runVesprel(int &argc, char **argv)
     // which then only a page that uses WebGL does.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication application(argc, argv);
+    // The engine takes the cross of its search fields from the desk's icon theme, which is slow to
+    // read and would look different from the box's.
+    QIcon::setThemeSearchPaths({":/icons"});
     const Watchdog watchdog(watchdogOptions);
     // Nothing that closes while the window is hidden may end the loop: quitting only hides it.
     QApplication::setQuitOnLastWindowClosed(false);
