@@ -14,9 +14,11 @@
 #include <QDir>
 #include <QFile>
 #include <QIcon>
+#include <QSslSocket>
 #include <QUrl>
 
 #include <clocale>
+#include <future>
 
 namespace {
 
@@ -57,6 +59,9 @@ int runVesprel(int &argc, char **argv)
         homeDirectory.mkpath(home);
     removeUnfinishedSettings();
 
+    // The engine asks for the TLS library before its first request, even one without TLS; loading
+    // it takes as long as making the application.
+    const std::future<bool> tls = std::async(std::launch::async, &QSslSocket::supportsSsl);
     // Pages are painted by the processor: without this the first window would load all of OpenGL,
     // which then only a page that uses WebGL does.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
@@ -70,6 +75,8 @@ int runVesprel(int &argc, char **argv)
     Window window;
     const QString portal = qEnvironmentVariable(Environment::startPortal);
     QApplication::setOverrideCursor(Qt::BlankCursor);
+    // Loading it reads the environment, which setUrl() writes.
+    tls.wait();
     window.setUrl(QUrl(portal, QUrl::TolerantMode));
     showInPlace(window);
     return QApplication::exec();
