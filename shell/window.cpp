@@ -18,6 +18,7 @@
 #include "shell/dialogs/dialog_host.h"
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_filter.h"
+#include "shell/keys/posted_key.h"
 #include "shell/pages/network.h"
 #include "shell/pages/page_area.h"
 #include "shell/pages/page_log.h"
@@ -30,6 +31,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QNetworkDiskCache>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QWebFrame>
 #include <QWebView>
@@ -204,7 +206,10 @@ void Window::keepFocus()
 
 bool Window::eventFilter(QObject *watched, QEvent *event)
 {
-    QWebView *view = m_pages->currentView();
+    QPointer<QWebView> view = m_pages->currentView();
+    // A rewritten key is posted: those pressed right behind it on a busy box must not overtake it.
+    if (event->type() == QEvent::KeyPress && event->spontaneous() && view && watched == view)
+        deliverPostedKeys(view);
     if (event->type() == QEvent::KeyPress && view && watched == view &&
         m_keys->filter(*view, *static_cast<QKeyEvent *>(event)))
         return true;

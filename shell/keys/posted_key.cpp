@@ -3,10 +3,20 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QWidget>
 
 void postKey(QWidget *receiver, int key, Qt::KeyboardModifiers modifiers, const QString &text)
 {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
         QCoreApplication::postEvent(receiver, new QKeyEvent(type, key, modifiers, text));
+}
+
+void deliverPostedKeys(QWidget *receiver)
+{
+    const QPointer<QWidget> guard(receiver);
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (guard)
+            QCoreApplication::sendPostedEvents(guard, type);
+    }
 }

@@ -12,3 +12,6 @@ class QWidget;
  */
 void postKey(QWidget *receiver, int key, Qt::KeyboardModifiers modifiers,
              const QString &text = QString());
+
+/** Delivers the keys that are still posted to a widget. GUI thread. */
+void deliverPostedKeys(QWidget *receiver);

@@ -145,6 +145,18 @@ private slots:
                          "keydown(ctrl+113) keyup(ctrl+113)"));
     }
 
+    /** Keys that a busy box takes in one go reach the page in their order, rewritten or not. */
+    void order()
+    {
+        build(focusedPage);
+        m_portal->clearTrace();
+        press(Qt::Key_F1);
+        press(Qt::Key_A);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(m_portal->trace(), QString("keyup(112) keydown(ctrl+112) keyup(ctrl+112) "
+                                            "keydown(65) keyup(65)"));
+    }
+
     void channelKeys_data()
     {
         QTest::addColumn<QString>("state");
