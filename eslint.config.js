@@ -14,7 +14,7 @@ const js = require('./build/lint/eslint/node_modules/@eslint/js');
 const engine = [
     'window', 'document', 'console', 'location', 'navigator', 'screen', 'setTimeout',
     'clearTimeout', 'setInterval', 'clearInterval', 'getComputedStyle', 'Image', 'Map', 'WeakMap',
-    'XMLHttpRequest', 'XMLSerializer'
+    'XMLHttpRequest', 'XMLSerializer', 'alert', 'confirm', 'prompt'
 ];
 // What the box publishes in a portal or in the keyboard page.
 const box = [
@@ -58,4 +58,4 @@ function scriptsOf(folder) {
 }
 
 module.exports = ['web/keyboard', 'web/scripts', 'desktop/portal', 'desktop/template',
-    'desktop/driver/plugin'].map(scriptsOf);
+    'desktop/driver/plugin', 'soak/pages'].map(scriptsOf);

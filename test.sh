@@ -3,7 +3,8 @@
 # Installs what is missing, then takes each argument in turn: ./test.sh [lint|desk|PRESET|ARCHITECTURE...].
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
 # tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers. "desk" runs all tests of
-# run.sh, of which the others run the quick ones; "bench" measures, and compares with what was kept.
+# run.sh, of which the others run the quick ones; "bench" measures, and compares with what was kept;
+# "soak" is two minutes of soak/run.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
@@ -33,6 +34,14 @@ for target in "${@:-desktop}"; do
         # shellcheck disable=SC2086 # a list of words
         stage "bench: install" install_missing $bench_packages
         stage "bench: measure" bench/run --short --check
+        continue
+        ;;
+    soak)
+        # shellcheck disable=SC2086 # a list of words
+        stage "soak: install" install_missing $soak_packages
+        stage "soak: configure" cmake --preset desktop -DVESPREL_WERROR=ON
+        stage "soak: build" cmake --build --preset desktop --target vesprel
+        stage "soak: two minutes" soak/run 2
         continue
         ;;
     armhf | arm64 | i386)

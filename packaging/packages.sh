@@ -21,6 +21,8 @@ cross_packages=mmdebstrap
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What bench/run measures with, and what it compares with.
 bench_packages="libbenchmark-dev python3-xlib xvfb mpv ffmpeg chromium cog libwpebackend-fdo-1.0-1"
+# What soak/run needs: keys for its display, and the plot of its report.
+soak_packages="python3-xlib python3-matplotlib xvfb"
 # What fuzz/run builds with, and reports coverage with.
 fuzz_packages="clang llvm libclang-rt-14-dev"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.

@@ -1,0 +1,148 @@
+# SPDX-License-Identifier: Apache-2.0
+"""A night from its beginning to its verdict."""
+import os
+import random
+import sys
+import time
+
+from night import commands, events, report
+from night.box import Box
+from night.director import Director, Failure
+from night.portal_life import PortalLife
+from night.troubles import Troubles
+from night.usage import Growth, Usage
+from night.viewer import Viewer
+from night.web import Web
+
+EVENTS_PER_SECOND = 200
+KEYS_PER_SECOND = 5
+COLOUR = "#2060A0"  # of the portal's page
+LIFE = ["zap", "zap", "zap", "record", "record", "store", "store", "reload", "reload_at_rest", "go",
+        "announce", "dialog", "keyboard", "favourites", "garbage"]
+TROUBLES = ["freeze", "hang", "broken_frames", "leave", "standby", "endless_page", "dead_page",
+            "failing_script"]
+FATAL = ["kill_program", "kill_receiver", "endless_loop"]
+WARM_UP_S = 10 * 60  # Caches fill while a program is young; of a short night, a third.
+
+
+class Night:
+    def __init__(self, minutes, seed, fault):
+        self.seed, self.minutes = seed, minutes
+        self.random = random.Random(seed)
+        self.seconds = minutes * 60
+        self.web = Web()
+        self.viewer = Viewer(seed, KEYS_PER_SECOND)
+        self.box = Box(self.viewer.screen.name, self.web.url, seed, EVENTS_PER_SECOND, fault)
+        self.director = Director(self.web, self.box, self.viewer, self.random)
+        self.life = PortalLife(self.director)
+        self.troubles = Troubles(self.director, self.life)
+        self.director.on_load = lambda life: self.life.check_stored(life.loaded)
+        self.usage = Usage(lambda: self.box.pid("program"), max(0.5, self.seconds / 720))
+        self.failures = []
+        self.counts = {}
+        self.fatal_moments = []
+        self.deck = []
+        self.program = 0
+        self.load = os.getloadavg()[0]
+        self.loads = []
+        self.survival = None  # Second at which the part begins in which nobody ends the program.
+
+    def do(self, name):
+        self.counts[name] = self.counts.get(name, 0) + 1
+        self.director.doing = f"{name} at {self.usage.now():.1f} s"
+        print(f"soak: {self.director.doing}", file=sys.stderr, flush=True)
+        if name in FATAL:
+            self.fatal_moments.append(self.usage.now())
+        self.loads.append(os.getloadavg()[0])
+        act = getattr(self.life, name, None) or getattr(self.troubles, name)
+        act()
+        if name in FATAL:
+            self.program = self.box.pid("program")
+        elif self.box.pid("program") != self.program:
+            raise Failure(f"the program ended in {name} although nobody ended it")
+        time.sleep(self.random.uniform(0, 0.5))
+
+    def draw(self):
+        """Everything happens once before anything happens again."""
+        if not self.deck:
+            self.deck = LIFE + TROUBLES
+            self.random.shuffle(self.deck)
+        self.do(self.deck.pop())
+
+    def run(self):
+        try:
+            self.live()
+        except Failure as failure:
+            self.failures.append(str(failure))
+
+    def live(self):
+        with self.director.new_page("the start", "announced"):
+            self.box.start()
+        self.program = self.box.pid("program")
+        self.director.settle()
+        begin = self.usage.now()
+        part = self.seconds / 2 if self.seconds < 600 else self.seconds / 6
+        ends = []
+        while self.usage.now() < begin + part or len(self.fatal_moments) < len(FATAL):
+            if not ends:
+                ends = self.random.sample(FATAL, len(FATAL))
+            self.do(ends.pop())
+            for _ in range(self.random.randint(2, 6)):
+                if self.usage.now() < begin + part:
+                    self.draw()
+        self.survival = self.usage.now()
+        while self.usage.now() < begin + self.seconds:
+            self.draw()
+        self.director.rest_keys()
+        self.director.rest_events()
+        self.director.ask("rest")
+        colour = self.viewer.colour()
+        if colour != COLOUR:
+            self.failures.append(f"the screen shows {colour}, not the portal")
+
+    def end(self):
+        self.usage.end()
+        self.box.end()
+        self.viewer.end()
+        self.web.end()
+
+    def growth(self):
+        if self.survival is None:
+            return None
+        warm = self.survival + min(WARM_UP_S, (self.usage.now() - self.survival) / 3)
+        samples = [sample for sample in self.usage.samples
+                   if sample.moment > warm and sample.pid == self.program]
+        return Growth(samples) if len(samples) > 2 else None
+
+    def judge(self):
+        """Compares what was sent with what was seen; the rows of the report's table."""
+        sent, lives, viewer = events.Sent(self.box.link()), self.director.lives, self.viewer
+        verdict = events.judge(lives, sent)
+        wrong_commands, unannounced, killed = commands.judge(lives, sent)
+        wrong_box_keys = events.judge_box_keys(lives)
+        self.failures += (viewer.failures + verdict.failures + wrong_commands + wrong_box_keys
+                          + self.director.failures + self.life.failures)
+        growth = self.growth()
+        self.failures += growth.failures() if growth else []
+        given = sum(len(life.heard["commands"]) for life in lives) + unannounced
+        told = sum("mount" in event for life in lives for event in life.heard["events"])
+        pressed = sum(len(life.heard["boxKeys"]) for life in lives)
+        answers = self.life.answers
+        return [
+            ("events", len(sent.events), sum(verdict.heard), verdict.missing(verdict.nobody),
+             verdict.missing(verdict.killed), len(verdict.failures)),
+            ("keys of the viewer", len(viewer.pressed), viewer.heard, viewer.lost, "",
+             len(viewer.failures)),
+            ("keys of the box", told, pressed, "", "", len(wrong_box_keys)),
+            ("commands", given, len(sent.commands), "", killed, len(wrong_commands)),
+            ("requests with an answer", answers["right"] + answers["none"], answers["right"], "",
+             answers["none"], len(self.life.failures)),
+            ("page loads", self.director.loads, len(lives), "", "", len(self.director.failures)),
+        ]
+
+    def report(self, folder):
+        """Judges, writes the report and returns its text."""
+        text = report.text(self, self.judge(), self.growth())
+        report.plot(folder / "soak.svg", self.usage.samples, self.growth(), self.fatal_moments)
+        (folder / "report.md").write_text(text, encoding="utf-8")
+        return text
