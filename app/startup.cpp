@@ -2,6 +2,7 @@
 #include "app/startup.h"
 
 #include "api/settings_file.h"
+#include "app/load_ahead.h"
 #include "app/log_sink.h"
 #include "app/watchdog.h"
 #include "platform/box_paths.h"
@@ -14,11 +15,9 @@
 #include <QDir>
 #include <QFile>
 #include <QIcon>
-#include <QSslSocket>
 #include <QUrl>
 
 #include <clocale>
-#include <future>
 
 namespace {
 
@@ -59,9 +58,9 @@ int runVesprel(int &argc, char **argv)
         homeDirectory.mkpath(home);
     removeUnfinishedSettings();
 
-    // The engine asks for the TLS library before its first request, even one without TLS; loading
-    // it takes as long as making the application.
-    const std::future<bool> tls = std::async(std::launch::async, &QSslSocket::supportsSsl);
+    // Has its place before other threads read the environment; setUrl() gives it its value.
+    qputenv(Environment::currentPortal, QByteArray());
+    const std::future<void> ahead = loadAhead();
     // Pages are painted by the processor: without this the first window would load all of OpenGL,
     // which then only a page that uses WebGL does.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
@@ -75,8 +74,6 @@ int runVesprel(int &argc, char **argv)
     Window window;
     const QString portal = qEnvironmentVariable(Environment::startPortal);
     QApplication::setOverrideCursor(Qt::BlankCursor);
-    // Loading it reads the environment, which setUrl() writes.
-    tls.wait();
     window.setUrl(QUrl(portal, QUrl::TolerantMode));
     showInPlace(window);
     return QApplication::exec();
