@@ -172,10 +172,12 @@ void stateAndSystem()
          "IsVirtualKeyboardActiveEx ():\nHideVirtualKeyboard ()\n"
          "IsVirtualKeyboardActive (): false");
     live("stand-by",
-         "gSTB.StandBy(true), first = gSTB.GetStandByStatus(), gSTB.StandBy(2),"
-         " [first, gSTB.GetStandByStatus()]",
-         "[false,true]", "",
-         "StandBy (): true\nGetStandByStatus (): false\nStandBy (): 2\nGetStandByStatus (): true");
+         "gSTB.StandBy(true), states = [gSTB.GetStandByStatus()],"
+         " [2, 0, 1].forEach(function (mode) {"
+         " gSTB.StandBy(mode); states.push(gSTB.GetStandByStatus()); }), states",
+         "[false,true,false,true]", "",
+         "StandBy (): true\nGetStandByStatus (): false\nStandBy (): 2\nGetStandByStatus (): true\n"
+         "StandBy (): 0\nGetStandByStatus (): false\nStandBy (): 1\nGetStandByStatus (): true");
     live("for the key filter",
          "gSTB.SetTimeshiftState(7), gSTB.SetCurrPlace('tv'), gSTB.SetTVMenuState(0),"
          " gSTB.EnableVKButton(true), box.keyState()",

@@ -52,12 +52,52 @@ private:
 private slots:
     void init()
     {
-        for (const char *variable : {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "Q_USER_AGENT",
-                                     "Q_CACHE_PATH", "Q_CACHE_MAX_SIZE", "VESPREL_WINDOW"})
+        for (const char *variable :
+             {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "Q_USER_AGENT", "Q_CACHE_PATH", "Q_CACHE_MAX_SIZE",
+              "VESPREL_WINDOW", "WAYLAND_DISPLAY", "WESTON_CONFIG_FILE"})
             qunsetenv(variable);
     }
 
     void cleanup() { m_portal.reset(); }
+
+    void placement_data()
+    {
+        QTest::addColumn<QByteArray>("wanted");
+        QTest::addColumn<bool>("isWeston");
+        QTest::addColumn<Qt::WindowStates>("state");
+        QTest::addColumn<bool>("isFrameless");
+        const Qt::WindowStates whole = Qt::WindowMaximized | Qt::WindowFullScreen;
+        QTest::newRow("screen") << QByteArray() << false << whole << false;
+        QTest::newRow("window") << QByteArray("640x400") << false << Qt::WindowStates() << false;
+        // Its full screen would be black below the portal, where the video is.
+        QTest::newRow("Weston") << QByteArray() << true << Qt::WindowStates(Qt::WindowMaximized)
+                                << true;
+        QTest::newRow("window of Weston")
+            << QByteArray("640x400") << true << Qt::WindowStates() << false;
+    }
+
+    void placement()
+    {
+        QFETCH(QByteArray, wanted);
+        QFETCH(bool, isWeston);
+        QFETCH(bool, isFrameless);
+        qputenv("VESPREL_WINDOW", wanted);
+        if (isWeston) {
+            qputenv("WAYLAND_DISPLAY", "wayland-0");
+            qputenv("WESTON_CONFIG_FILE", "weston.ini");
+        }
+        QWidget window;
+        window.setGeometry(70, 50, 640, 400);
+        showInPlace(window);
+        QTEST(window.windowState(), "state");
+        QCOMPARE(window.windowFlags().testFlag(Qt::FramelessWindowHint), isFrameless);
+        QVERIFY(window.isVisible());
+        const QPoint place = window.geometry().topLeft();
+        window.hide();
+        showInPlace(window);
+        QTEST(window.windowState(), "state");
+        QCOMPARE(window.geometry().topLeft(), place);
+    }
 
     void size_data()
     {

@@ -74,6 +74,7 @@ private slots:
         QFETCH(QByteArray, content);
         const QTemporaryDir root;
         BoxPaths::setRoot(root.path());
+        QVERIFY(!readDesktopSound());
         writeFile(desktopSoundFile(), content);
         QVERIFY(!readDesktopSound());
     }
