@@ -4,7 +4,8 @@
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
 # tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers. "desk" runs all tests of
 # run.sh, of which the others run the quick ones; "bench" measures, and compares with what was kept;
-# "soak" is two minutes of soak/run.
+# "soak" is two minutes of soak/run; "coverage" tells which lines the tests run, "mutate" how many
+# faults they see.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
@@ -42,6 +43,22 @@ for target in "${@:-desktop}"; do
         stage "soak: configure" cmake --preset desktop -DVESPREL_WERROR=ON
         stage "soak: build" cmake --build --preset desktop --target vesprel
         stage "soak: two minutes" soak/run 2
+        continue
+        ;;
+    coverage)
+        # shellcheck disable=SC2086 # a list of words
+        stage "coverage: install" install_missing $coverage_packages
+        stage "coverage: configure" cmake --preset coverage
+        stage "coverage: build" cmake --build --preset coverage
+        stage "coverage: test" tests/tools/coverage --missing
+        continue
+        ;;
+    mutate)
+        # It has to know which test runs what.
+        [ -d build/coverage/lines ] || ./test.sh coverage
+        # shellcheck disable=SC2086 # a list of words
+        stage "mutate: install" install_missing $mutation_packages
+        stage "mutate: try" tests/tools/mutate
         continue
         ;;
     armhf | arm64 | i386)

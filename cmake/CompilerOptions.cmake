@@ -22,6 +22,13 @@ if(VESPREL_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(VESPREL_COVERAGE AND NOT VESPREL_FUZZ)
+    add_compile_options(--coverage -fprofile-update=prefer-atomic)
+    add_link_options(--coverage)
+    add_library(vesprel_kept_counts OBJECT ${PROJECT_SOURCE_DIR}/tests/support/kept_counts.cpp)
+    link_libraries(vesprel_kept_counts)
+endif()
+
 if(VESPREL_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
     if(VESPREL_COVERAGE)

@@ -23,6 +23,9 @@ emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 bench_packages="libbenchmark-dev python3-xlib xvfb mpv ffmpeg chromium cog libwpebackend-fdo-1.0-1"
 # What soak/run needs: keys for its display, and the plot of its report.
 soak_packages="python3-xlib python3-matplotlib xvfb"
+# What tests/tools/coverage counts lines with, and what tests/tools/mutate links and runs with.
+coverage_packages=gcovr
+mutation_packages="lld iproute2"
 # What fuzz/run builds with, and reports coverage with.
 fuzz_packages="clang llvm libclang-rt-14-dev"
 # What .ci/lint runs on C++ and on shell scripts; the scripts' linter comes from npm.

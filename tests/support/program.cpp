@@ -69,8 +69,9 @@ ProgramOnScreen::ProgramOnScreen()
 
 ProgramOnScreen::~ProgramOnScreen()
 {
-    m_program.kill();
-    m_program.waitForFinished();
+    m_program.terminate();
+    if (!m_program.waitForFinished())
+        m_program.kill();
 }
 
 void ProgramOnScreen::start(const char *program, const QString &page)
