@@ -7,7 +7,8 @@ import threading
 import time
 
 LEAST_SPAN_S = 20 * 60  # A growth in an hour cannot be told from less,
-SLACK_MIB = 24          # so there is only an absolute slack then.
+SLACK_MIB = 32          # so there is only an absolute slack then; and within
+YOUNG_S = 20            # a program still grows anyway.
 MOST_MIB_PER_HOUR = 0.5
 DESCRIPTOR_SLACK = 4
 THREAD_SLACK = 4
@@ -98,7 +99,7 @@ class Growth:
         found = []
         if self.isLong and self.per_hour > MOST_MIB_PER_HOUR:
             found.append(f"memory grows by {self.per_hour:.2f} MiB an hour")
-        if not self.isLong and self.memory > SLACK_MIB:
+        if YOUNG_S < self.span < LEAST_SPAN_S and self.memory > SLACK_MIB:
             found.append(f"memory has grown by {self.memory:.1f} MiB")
         if self.descriptors > DESCRIPTOR_SLACK:
             found.append(f"descriptors have grown by {self.descriptors}")
