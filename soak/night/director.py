@@ -88,7 +88,7 @@ class Director:
             with self.web.changed:
                 self.web.changed.wait(0.4)
             if self.viewer.heard > heard and self.is_last_heard() \
-                    and self.viewer.heard_by is self.there()[-1]:
+                    and self.viewer.heard_by in self.there()[-1:]:
                 break
             if time.monotonic() > end:
                 raise Failure("no key reaches the page")

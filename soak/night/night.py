@@ -4,6 +4,7 @@ import os
 import random
 import sys
 import time
+import traceback
 
 from night import commands, events, report
 from night.box import Box
@@ -43,7 +44,7 @@ class Night:
         self.fatal_moments = []
         self.deck = []
         self.program = 0
-        self.load = os.getloadavg()[0]
+        self.isInterrupted = False  # Set by whoever wants the report of a shorter night.
         self.loads = []
         self.survival = None  # Second at which the part begins in which nobody ends the program.
 
@@ -74,24 +75,29 @@ class Night:
             self.live()
         except Failure as failure:
             self.failures.append(str(failure))
+        except Exception as fault:  # A fault of the soak itself must not cost the report.
+            traceback.print_exc()
+            self.failures.append(f"the soak failed: {fault!r}")
+
+    def is_before(self, second):
+        return self.usage.now() < second and not self.isInterrupted
 
     def live(self):
         with self.director.new_page("the start", "announced"):
             self.box.start()
         self.program = self.box.pid("program")
         self.director.settle()
-        begin = self.usage.now()
         part = self.seconds / 2 if self.seconds < 600 else self.seconds / 6
         ends = []
-        while self.usage.now() < begin + part or len(self.fatal_moments) < len(FATAL):
+        while self.is_before(part) or len(self.fatal_moments) < len(FATAL):
             if not ends:
                 ends = self.random.sample(FATAL, len(FATAL))
             self.do(ends.pop())
             for _ in range(self.random.randint(2, 6)):
-                if self.usage.now() < begin + part:
+                if self.is_before(part):
                     self.draw()
         self.survival = self.usage.now()
-        while self.usage.now() < begin + self.seconds:
+        while self.is_before(self.seconds):
             self.draw()
         self.director.rest_keys()
         self.director.rest_events()

@@ -105,12 +105,13 @@ class PortalLife:
         time.sleep(self.random.uniform(1, 4))
         with director.keys_at_rest(), director.events_at_rest():
             director.ask("rest")
+            favourites = director.there()[-1]
             if self.random.random() < 0.5:
                 director.viewer.press("F11")
             else:
                 action = director.tell("close")
                 director.wait(lambda: director.web.handed >= action, REST_S, "nobody was asked")
-            director.there()[-1].isGone = True
+            favourites.isGone = True
             director.settle()
 
     def fail(self):

@@ -65,7 +65,9 @@ def text(night, rows, growth):
     lines = [
         f"`soak/run {night.minutes:g} {night.seed}` on {os.cpu_count()} processors, load "
         f"{min(night.loads):.0f} to {max(night.loads):.0f} "
-        f"({statistics.median(night.loads):.0f} in the middle), commit {commit()}.", "",
+        f"({statistics.median(night.loads):.0f} in the middle), commit {commit()}"
+        + (f", ended by hand after {night.usage.samples[-1].moment / 60:.0f} minutes."
+           if night.isInterrupted else "."), "",
         "| " + " | ".join(head) + " |", "|" + "---|" * len(head),
         *("| " + " | ".join(map(str, row)) + " |" for row in rows), "",
         f"What happened: {counts}. The longest wait for a page was "
