@@ -194,7 +194,7 @@ private slots:
         row("version", "ImageVersion", "of Q_IMAGE_VERSION");
         row("date", "ImageDate", "of Q_IMAGE_DATE");
         row("hardware", "HardwareVersion", "of Q_HARDWARE_VERSION");
-        row("unset variable", "Img_Ver", "");
+        row("software", "Img_Ver", "of Q_SW_VERSION");
         row("other spelling", "model", "");
         row("blank behind", "vmode ", "");
 
@@ -228,12 +228,13 @@ private slots:
         QFETCH(QString, par);
         QFETCH(QString, answer);
         for (const char *name : {"Q_MODEL", "Q_IMAGE_DESCRIPTION", "Q_IMAGE_VERSION",
-                                 "Q_IMAGE_DATE", "Q_HARDWARE_VERSION"})
+                                 "Q_IMAGE_DATE", "Q_HARDWARE_VERSION", "Q_SW_VERSION"})
             qputenv(name, QByteArray("of ") + name);
-        qunsetenv("Q_SW_VERSION");
         writeFile(settingsPath(), R"({"city":"Oslo"})");
         QCOMPARE(query(par), answer);
         QCOMPARE(m_storageCalls, answer == "[disk]" ? 1 : 0);
+        qunsetenv("Q_MODEL");
+        QCOMPARE(query("Model"), QString());
         QCOMPARE(contentOf(settingsPath()), QByteArray(R"({"city":"Oslo"})"));
     }
 

@@ -303,6 +303,9 @@ private slots:
         LogCapture log;
         m_bench->link->ConnectServer(m_bench->socketPath());
         QVERIFY(log.take().contains("Enigma2 onError:  2"));
+        // Nothing calls it, but it is part of the interface.
+        QVERIFY(QMetaObject::invokeMethod(m_bench->link.get(), "onDisConnected"));
+        QCOMPARE(log.take(), QStringList("Enigma2 onDisConnected"));
         m_bench->link->MediaStop();
         QCOMPARE(m_bench->link->GetStorageInfo(), QString("[]"));
     }

@@ -63,29 +63,31 @@ private slots:
     void placement_data()
     {
         QTest::addColumn<QByteArray>("wanted");
-        QTest::addColumn<bool>("isWeston");
+        QTest::addColumn<QByteArrayList>("variables");
         QTest::addColumn<Qt::WindowStates>("state");
         QTest::addColumn<bool>("isFrameless");
+        using Names = QByteArrayList;
+        const Names weston = {"WAYLAND_DISPLAY", "WESTON_CONFIG_FILE"};
+        const Qt::WindowStates ordinary;
+        const Qt::WindowStates maximized = Qt::WindowMaximized;
         const Qt::WindowStates whole = Qt::WindowMaximized | Qt::WindowFullScreen;
-        QTest::newRow("screen") << QByteArray() << false << whole << false;
-        QTest::newRow("window") << QByteArray("640x400") << false << Qt::WindowStates() << false;
+        QTest::newRow("screen") << QByteArray() << Names() << whole << false;
+        QTest::newRow("window") << QByteArray("640x400") << Names() << ordinary << false;
         // Its full screen would be black below the portal, where the video is.
-        QTest::newRow("Weston") << QByteArray() << true << Qt::WindowStates(Qt::WindowMaximized)
-                                << true;
-        QTest::newRow("window of Weston")
-            << QByteArray("640x400") << true << Qt::WindowStates() << false;
+        QTest::newRow("Weston") << QByteArray() << weston << maximized << true;
+        QTest::newRow("other Wayland") << QByteArray() << weston.mid(0, 1) << whole << false;
+        QTest::newRow("Weston's X") << QByteArray() << weston.mid(1) << whole << false;
+        QTest::newRow("window of Weston") << QByteArray("640x400") << weston << ordinary << false;
     }
 
     void placement()
     {
         QFETCH(QByteArray, wanted);
-        QFETCH(bool, isWeston);
+        QFETCH(QByteArrayList, variables);
         QFETCH(bool, isFrameless);
         qputenv("VESPREL_WINDOW", wanted);
-        if (isWeston) {
-            qputenv("WAYLAND_DISPLAY", "wayland-0");
-            qputenv("WESTON_CONFIG_FILE", "weston.ini");
-        }
+        for (const QByteArray &variable : qAsConst(variables))
+            qputenv(variable.constData(), "here");
         QWidget window;
         window.setGeometry(70, 50, 640, 400);
         showInPlace(window);
@@ -208,11 +210,12 @@ private slots:
         HttpServer server;
         server.page("/sub", "<img src='/missing.png'>");
         const QUrl gone = server.url("/gone");
+        LogCapture log;
         m_portal->window.setUrl(gone);
         QTRY_COMPARE(m_portal->receiver.received(), errorPage);
+        QVERIFY(log.take().contains("Need show error page"));
         // A missing sub-resource of a page that does load asks for nothing.
         m_portal->receiver.clear();
-        LogCapture log;
         QSignalSpy loaded(m_portal->view(), &QWebView::loadFinished);
         m_portal->window.setUrl(server.url("/sub"));
         QVERIFY(loaded.wait());

@@ -109,6 +109,9 @@ private slots:
         row("default", "prompt('x', 'abc')", {Key_Return}, "\"abc\"");
         row("digits", "prompt('x')", {Key_4, Key_2, Key_Return}, "\"42\"");
         row("letters of the remote's keys", "prompt('x')", {Key_B, Key_U, Key_Return}, "\"bu\"");
+        row("longest text", "prompt('x', Array(1000).join('x')).substr(998)",
+            {Key_B, Key_U, Key_Return}, "\"xb\"");
+        row("longer default", "prompt('x', Array(2000).join('x')).length", {Key_Return}, "1000");
         row("back in a text", "prompt('x', 'abc')", {Key_Backspace}, "null");
         row("delete", "prompt('x', 'abc')", {Key_Delete, Key_Return}, "\"ab\"");
         row("delete what isn't there", "prompt('x')",
@@ -231,13 +234,29 @@ private slots:
         ask("var answers = []; for (var i = 0; i < 5; ++i) answers.push(confirm('outer'));"
             "gSTB.Debug(answers)",
             [this, act] {
-                QTimer::singleShot(0, this, [this, act] { act(*m_portal); });
+                QTimer::singleShot(0, this, [this, act] {
+                    act(*m_portal);
+                    for (const auto *left : m_portal->window.findChildren<DialogPanel *>())
+                        QVERIFY(!left->isVisible());
+                });
                 m_portal->window.OnPlayEnd();
             });
         if (!url.isEmpty())
             QTRY_COMPARE(m_portal->view()->url().toString(), url);
         QCOMPARE(log.take().filter("[Web]"),
                  QStringList({"[Web] \"false\"", "[Web] \"false,false,false,false,false\""}));
+    }
+
+    /** A box that is on again has a viewer who answers. */
+    void askedAgainAfterStandby()
+    {
+        m_portal->window.OnPowerOff();
+        m_portal->evaluate("answers = []; setTimeout(function () {"
+                           " answers.push(confirm('off')) }, 0)");
+        QTRY_COMPARE(m_portal->evaluate("answers.join()"), QVariant("false"));
+        m_portal->window.OnPowerOn();
+        ask("answers.push(confirm('on'))", [this] { press(Qt::Key_Return); });
+        QCOMPARE(m_portal->evaluate("answers.join()"), QVariant("false,true"));
     }
 
     /** A page is asked whether it may be left by its own links, not by the receiver. */

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMdiSubWindow>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWebFrame>
 #include <QWebView>
@@ -204,6 +205,33 @@ private slots:
         QVERIFY(!subWindow()->isVisible());
         press(Qt::Key_A, Qt::NoModifier, "a");
         QCOMPARE(m_portal->trace(), QString("keydown(65) keyup(65)"));
+    }
+
+    void closedByTheBox_data()
+    {
+        QTest::addColumn<bool>("quits");
+        QTest::newRow("new portal") << false;
+        QTest::newRow("quit") << true;
+    }
+
+    /** As if the portal had closed it; one that is closed is not closed again. */
+    void closedByTheBox()
+    {
+        QFETCH(bool, quits);
+        QSignalSpy loaded(m_portal->view(), &QWebView::loadFinished);
+        m_portal->window.OnNewPortal(m_portal->view()->url().toString());
+        QVERIFY(loaded.wait(20000));
+        openKeyboard();
+        for (const char *closing : {"HideVirtualKeyboard ()", ""}) {
+            LogCapture log;
+            if (quits)
+                emit m_portal->window.pwr();
+            else
+                m_portal->window.OnNewPortal("about:blank");
+            QCOMPARE(log.take().filter("HideVirtualKeyboard").join(' '), QString(closing));
+            QVERIFY(!subWindow()->isVisible());
+            m_portal->window.OnNewPortal("about:blank");
+        }
     }
 
     void hiddenBySignal()

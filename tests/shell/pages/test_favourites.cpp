@@ -56,18 +56,21 @@ private slots:
     void pageModeAfterFavourites_data()
     {
         QTest::addColumn<QString>("page");
+        QTest::addColumn<bool>("isPortal");
         QTest::addColumn<QString>("trace");
-        // The back key tells the mode: in an application it is the receiver's.
-        QTest::newRow("settings") << "external/settings/f.html"
-                                  << "keydown(8) keyup(8)";
-        QTest::newRow("application") << "vesprel_apps/f.html"
-                                     << "keyup(8)";
+        // The back key tells the mode: in an application it is the receiver's, in settings the
+        // page's, elsewhere the page's if that is the portal.
+        QTest::newRow("settings") << "external/settings/f.html" << true << "keydown(8) keyup(8)";
+        QTest::newRow("settings, no portal") << "external/settings/f.html" << false << "keyup(8)";
+        QTest::newRow("application") << "vesprel_apps/f.html" << true << "keyup(8)";
     }
 
     void pageModeAfterFavourites()
     {
         QFETCH(QString, page);
-        m_portal->load(QByteArray(tracingPage) + "<script>gSTB.InitPlayer();</script>");
+        QFETCH(bool, isPortal);
+        m_portal->load(QByteArray(tracingPage) +
+                       (isPortal ? "<script>gSTB.InitPlayer();</script>" : ""));
         const QString path = m_portal->root.write(page, "<title>fav</title>");
         m_portal->window.WinOpenWebFavorites("file://" + path, 0);
         QTRY_COMPARE(m_portal->evaluate("document.title"), QVariant("fav"));
@@ -86,7 +89,10 @@ private slots:
         QTRY_COMPARE(server.requests().size(), 2);
         QTRY_COMPARE(m_portal->evaluate("document.readyState"), QVariant("complete"));
         QVERIFY(server.requests().first().contains("MAG200 stbapp ver: 4 rev: 734"));
-        QCOMPARE(log.take().filter("NetworkReplyError").size(), 0);
+        const QStringList records = log.take();
+        QCOMPARE(records.filter("NetworkReplyError").size(), 0);
+        QVERIFY(
+            records.contains("WinOpenWebFavorites () \"" + server.url("/fav").toString() + '"'));
     }
 
     /** Closed by an event while its own alert is open: the page's script ends before it goes. */

@@ -129,9 +129,11 @@ private slots:
         const int textHeight = list->fontMetrics().height();
         const QColor first = ground(0);
         const QColor second = ground(1);
+        const QColor edge = list->grab().toImage().pixelColor(0, 0);
         popup->close();
         QVERIFY(first.lightness() > 240);
         QVERIFY(second.lightness() < 180);
+        QCOMPARE(edge, QColor("#303030"));
         QVERIFY(textHeight >= 720 / 26);
     }
 
@@ -215,6 +217,19 @@ private slots:
         QCOMPARE(m_portal->evaluate("document.title"), QVariant("undefined"));
         open(own.url("/"));
         QCOMPARE(m_portal->evaluate("document.title").toString(), all);
+    }
+
+    /** Nobody is asked whether a script may go on; the engine wants to know every few seconds. */
+    void endlessScript()
+    {
+        build();
+        m_portal->load("x");
+        LogCapture log;
+        bool isEnded = false;
+        QVERIFY(QMetaObject::invokeMethod(m_portal->view()->page(), "shouldInterruptJavaScript",
+                                          Q_RETURN_ARG(bool, isEnded)));
+        QVERIFY(isEnded);
+        QVERIFY(log.take().join('\n').startsWith("script ended, it took too long: QUrl(\"file://"));
     }
 
     /** A page has its own connections and those of the program, none of its predecessors'. */
