@@ -14,6 +14,10 @@ FLAGS = "-O0 -g0"
 SYSTEM_INCLUDE = re.compile(r"^#include <(Q\w+|[a-z_]+)>$", re.MULTILINE)
 
 
+# The sources that may be built anew: the program's, and the desktop's that read its messages aloud.
+OWN = tuple(f"{folder}/" for folder in PRODUCT) + ("desktop/link/", "desktop/console/")
+
+
 class DoesNotCompile(Exception):
     """What the fault made of its line is no C++."""
 
@@ -67,7 +71,7 @@ class Product:
             words = shlex.split(entry["command"])
             piece = words[words.index("-o") + 1]
             name = os.path.relpath(entry["file"], TOP)
-            if piece not in libraries or name.split("/")[0] not in PRODUCT:
+            if piece not in libraries or not name.startswith(OWN):
                 continue
             begin = next(n for n, word in enumerate(words) if word.endswith("c++"))
             flags = [word for word in words[begin:words.index("-o")]
@@ -130,7 +134,7 @@ class Product:
                 wanted = set()
                 names = {name for name, unit in self.units.items() if unit[2] == library}
                 own = {header for header, users in self.users.items()
-                       if users & names and header.split("/")[0] in PRODUCT}
+                       if users & names and header.startswith(OWN)}
                 for name in names | own:
                     wanted.update(SYSTEM_INCLUDE.findall((TOP / name).read_text()))
                 header = BUILD / "precompiled" / os.path.basename(library) / "all.h"

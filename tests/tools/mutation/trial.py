@@ -41,14 +41,10 @@ class CoverageMap:
 
     def tests_of(self, name, line):
         """The tests that run a line; for one that is no statement, all that run its file."""
-        near = [n for n in range(line, line - 8, -1) if n in self.able.get(name, ())]
         by_test = self.ran.get(name, {})
-        if not near:
+        if line not in self.able.get(name, ()):
             return set(by_test)
-        if near[0] == line:
-            return {test for test, ran in by_test.items() if line in ran}
-        # In the middle of a statement, or of a table below a function.
-        return {test for test, ran in by_test.items() if near[0] in ran} or set(by_test)
+        return {test for test, ran in by_test.items() if line in ran}
 
 
 class Trials:
