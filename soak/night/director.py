@@ -107,7 +107,7 @@ class Director:
         """The receiver sends nothing, and all that it has sent is heard."""
         last = self.box.control("pause")
         if last:
-            self.wait(lambda: any(life.heard["events"][-1:] == [last] for life in self.lives[-3:]),
+            self.wait(lambda: any(life.heard["events"][-1:] == [last] for life in self.there()),
                       REST_S, f"event {last} was sent and not heard")
 
     @contextlib.contextmanager

@@ -100,8 +100,13 @@ class PortalLife:
 
     def favourites(self):
         director = self.director
-        with director.keys_loose(), director.new_page("favourites", "favourites"):
+        portal = director.portal()
+        # Two pages are there, and what they tell comes in any order: no key while they change.
+        director.rest_keys()
+        with director.new_page("favourites", "favourites"):
             director.ask("favourites", director.web.url("favourites"))
+            director.viewer.isLoose = director.viewer.isOpen = True
+        director.settle()
         time.sleep(self.random.uniform(1, 4))
         with director.keys_at_rest(), director.events_at_rest():
             director.ask("rest")
@@ -111,8 +116,8 @@ class PortalLife:
             else:
                 action = director.tell("close")
                 director.wait(lambda: director.web.handed >= action, REST_S, "nobody was asked")
+            director.wait(lambda: portal.hasFocus, REST_S, "favourites did not close")
             favourites.isGone = True
-            director.settle()
 
     def fail(self):
         self.director.ask("fail", 5)

@@ -20,6 +20,7 @@ class Life:
         self.left = None     # The same when it was unloaded.
         self.loaded = None
         self.standbys = 0
+        self.hasFocus = False
         self.reports = 0
         self.heard = {"events": [], "keys": [], "boxKeys": [], "commands": [], "notes": []}
         self.done = 0
@@ -33,6 +34,7 @@ class Life:
         if batch["number"] <= self.reports:
             return False
         self.reports = batch["number"]
+        self.hasFocus = batch["hasFocus"]
         for name, values in self.heard.items():
             values.extend(batch[name])
         for note in batch["notes"]:

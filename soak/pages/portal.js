@@ -148,7 +148,8 @@ var actions = {
 
 // What nobody has confirmed yet is told again; the server knows each batch by its number.
 function gather(isLast) {
-    var name, batch = {number: ++reports, isLast: isLast, recording: lastRecording()};
+    var name, batch = {number: ++reports, isLast: isLast, recording: lastRecording(),
+                       hasFocus: document.hasFocus()};
     for (name in heard) {
         batch[name] = heard[name];
         heard[name] = [];
