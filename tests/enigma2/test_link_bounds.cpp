@@ -193,6 +193,22 @@ private slots:
         QVERIFY(!events.take());
     }
 
+    /** A link that ends is not held by events that nobody takes any more. */
+    void closedQueueLetsTheReaderGo()
+    {
+        std::atomic<std::size_t> pushed{0};
+        EventQueue events([] {});
+        constexpr std::size_t count = EventQueue::capacity / sizeof(ReceivedEvent) + 100;
+        std::thread reader([&] {
+            for (; pushed < count; ++pushed)
+                events.push({Event::PlayStart, 0, 0, {}});
+        });
+        QTRY_VERIFY(pushed > count - 100 - 1);
+        events.close();
+        QTRY_COMPARE(pushed.load(), count);
+        reader.join();
+    }
+
     void answerComesBehindManyEvents()
     {
         m_bench->connect();

@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QMdiSubWindow>
 #include <QNetworkDiskCache>
 #include <QScreen>
 #include <QSignalSpy>
@@ -134,6 +135,9 @@ private slots:
         build();
         m_portal->window.resize(500, 300);
         QTRY_COMPARE(m_portal->view()->size(), QSize(500, 300));
+        // No pane has a menu that a key could open.
+        for (const QMdiSubWindow *pane : m_portal->window.findChildren<QMdiSubWindow *>())
+            QVERIFY(!pane->systemMenu());
     }
 
     void judgedReplies_data()

@@ -54,12 +54,47 @@ private slots:
         HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_0, 0);
         setVolume(-5);
         QTRY_COMPARE(changed.last(), QVariantList({0, false}));
+        // Each change opens the file anew, and leaves nothing open.
+        const uint before = QDir("/proc/self/fd").count();
+        setVolume(1);
+        setVolume(0);
+        QCOMPARE(QDir("/proc/self/fd").count(), before);
         // A receiver that starts later finds what was set.
         BoxSound second;
         QSignalSpy found(&second, &BoxSound::changed);
         second.start();
         QCOMPARE(found.value(0), QVariantList({0, false}));
         setVolume(100);
+    }
+
+    /** In the order of a real device, and in no other. */
+    void refusedOutOfTurn()
+    {
+        const QTemporaryDir root;
+        BoxPaths::setRoot(root.path());
+        HI_UNF_SND_ATTR_S attributes = {};
+        HI_UNF_SND_GAIN_ATTR_S gain = {1, 40};
+        HI_BOOL mute = 0;
+        const auto answers = [&] {
+            const auto all = HI_UNF_SND_OUTPUTPORT_ALL;
+            return QList<bool>{HI_UNF_SND_GetDefaultOpenAttr(HI_UNF_SND_0, &attributes) == 0,
+                               HI_UNF_SND_SetVolume(HI_UNF_SND_0, all, &gain) == 0,
+                               HI_UNF_SND_GetVolume(HI_UNF_SND_0, all, &gain) == 0,
+                               HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_0, 1) == 0,
+                               HI_UNF_SND_GetAllTrackMute(HI_UNF_SND_0, &mute) == 0};
+        };
+        QVERIFY(HI_UNF_SND_DeInit() != 0);
+        QVERIFY(HI_UNF_SND_Open(HI_UNF_SND_0, &attributes) != 0);
+        QCOMPARE(answers(), QList<bool>({false, false, false, false, false}));
+        QCOMPARE(HI_UNF_SND_Init(), 0);
+        QCOMPARE(answers(), QList<bool>({true, false, false, false, false}));
+        QCOMPARE(HI_UNF_SND_Open(HI_UNF_SND_0, &attributes), 0);
+        QVERIFY(HI_UNF_SND_DeInit() != 0);
+        QCOMPARE(answers(), QList<bool>({true, true, true, true, true}));
+        HI_UNF_SND_SetAllTrackMute(HI_UNF_SND_0, 0);
+        HI_UNF_SND_Close(HI_UNF_SND_0);
+        QCOMPARE(answers(), QList<bool>({true, false, false, false, false}));
+        QCOMPARE(HI_UNF_SND_DeInit(), 0);
     }
 
     void unreadable_data()

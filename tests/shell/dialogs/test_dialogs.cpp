@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -178,6 +179,11 @@ private slots:
             const int height = field->fontMetrics().height();
             const QRect place = panel()->findChild<QFrame *>("panel")->geometry();
             const QImage shown = m_portal->window.grab().toImage();
+            m_portal->window.resize(screen * 3 / 4);
+            QCOMPARE(panel()->size(), screen * 3 / 4);
+            // Where a pointer clicks moves no focus: the keys are the remote's.
+            for (const QPushButton *button : panel()->findChildren<QPushButton *>())
+                QCOMPARE(button->focusPolicy(), Qt::NoFocus);
             press(Qt::Key_Return);
             QVERIFY(height >= screen.height() / 22);
             QVERIFY(QRect(QPoint(), screen).contains(place));

@@ -223,7 +223,8 @@ private slots:
         QTest::newRow("not yet valid")
             << QSslError::CertificateNotYetValid
             << "; it is valid from 2024-01-01 00:00 UTC, and the clock here says CLOCK";
-        QTest::newRow("name") << QSslError::HostNameMismatch << "tv.example";
+        QTest::newRow("name") << QSslError::HostNameMismatch
+                              << "; it is for tv.example, www.tv.example";
         QTest::newRow("issuer") << QSslError::UnableToGetLocalIssuerCertificate
                                 << "could not be found; it was issued by Our own CA";
         QTest::newRow("self-signed")
