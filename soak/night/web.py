@@ -20,7 +20,6 @@ class Life:
         self.left = None     # The same when it was unloaded.
         self.loaded = None
         self.standbys = 0
-        self.hasFocus = False
         self.reports = 0
         self.heard = {"events": [], "keys": [], "boxKeys": [], "commands": [], "notes": []}
         self.done = 0
@@ -34,7 +33,6 @@ class Life:
         if batch["number"] <= self.reports:
             return False
         self.reports = batch["number"]
-        self.hasFocus = batch["hasFocus"]
         for name, values in self.heard.items():
             values.extend(batch[name])
         for note in batch["notes"]:
@@ -67,7 +65,7 @@ class Web(http.server.ThreadingHTTPServer):
         self.action = None
         self.handed = 0     # The last action that a page was handed,
         self.dead = 0        # Pages that were asked for and never answered,
-        self.opening = None  # and the last page that is about to open a dialog.
+        self.said = None    # and the last action of which a page said at once how far it is.
         self.told = lambda life, batch: None
         self.ids = itertools.count(1)
         self.closing = threading.Event()
@@ -107,9 +105,9 @@ class Web(http.server.ThreadingHTTPServer):
                 return json.dumps(action)
         return ""
 
-    def open_dialog(self, number):
+    def say(self, action):
         with self.changed:
-            self.opening = number
+            self.said = action
             self.changed.notify_all()
 
     def handle_error(self, *_):
@@ -133,8 +131,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
                 self.server.changed.notify_all()
             self.server.closing.wait(120)
             self.close_connection = True
-        elif url.path == "/opening":
-            self.server.open_dialog(int(url.query))
+        elif url.path == "/said":
+            self.server.say(int(url.query))
             self.answer("")
         else:
             isPage = url.path == "/portal.html"

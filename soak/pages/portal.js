@@ -85,11 +85,15 @@ function request(kind, give) {
         heard.notes.push('answer ' + answer + ' after ' + (Date.now() - begin) + ' ms');
 }
 
+function say() {
+    var get = new XMLHttpRequest();
+    get.open('GET', '/said?' + lastAction, false);
+    get.send();
+}
+
 // Keys that are pressed once the server has heard of this are the dialog's.
 function dialog(open) {
-    var get = new XMLHttpRequest();
-    get.open('GET', '/opening?' + lastAction, false);
-    get.send();
+    say();
     heard.notes.push('said ' + open());
 }
 
@@ -135,7 +139,10 @@ var actions = {
         stbWindowMgr.openWebFavorites(url, 1);
         heard.notes.push('opened ' + lastRecording());
     },
-    close: function () { stbWebWindow.close(); },
+    close: function () {
+        stbWebWindow.close();
+        say();
+    },
     fail: function (count) {
         failures = Number(count);
         later(function () { throw new Error('a timer that fails'); });
@@ -148,8 +155,7 @@ var actions = {
 
 // What nobody has confirmed yet is told again; the server knows each batch by its number.
 function gather(isLast) {
-    var name, batch = {number: ++reports, isLast: isLast, recording: lastRecording(),
-                       hasFocus: document.hasFocus()};
+    var name, batch = {number: ++reports, isLast: isLast, recording: lastRecording()};
     for (name in heard) {
         batch[name] = heard[name];
         heard[name] = [];
