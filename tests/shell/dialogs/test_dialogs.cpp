@@ -149,6 +149,7 @@ private slots:
             auto *text = panel()->findChild<QPlainTextEdit *>();
             QVERIFY(text->toPlainText().startsWith("<b>bold</b> word word"));
             QVERIFY(text->toPlainText().size() < 5000);
+            QVERIFY(text->toPlainText().endsWith(QChar(0x2026)));
             QCOMPARE(text->verticalScrollBar()->value(), 0);
             press(Qt::Key_Down);
             const int line = text->verticalScrollBar()->value();
@@ -179,6 +180,7 @@ private slots:
             const int height = field->fontMetrics().height();
             const QRect place = panel()->findChild<QFrame *>("panel")->geometry();
             const QImage shown = m_portal->window.grab().toImage();
+            QCOMPARE(panel()->findChild<QPlainTextEdit *>()->toPlainText(), QString("Name?"));
             m_portal->window.resize(screen * 3 / 4);
             QCOMPARE(panel()->size(), screen * 3 / 4);
             // Where a pointer clicks moves no focus: the keys are the remote's.

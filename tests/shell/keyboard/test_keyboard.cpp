@@ -139,6 +139,8 @@ private slots:
         QApplication::setActiveWindow(&m_portal->window);
         openKeyboard();
         QCOMPARE(QApplication::focusWidget(), m_portal->view());
+        QTest::mouseClick(subWindow(), Qt::LeftButton);
+        QCOMPARE(QApplication::focusWidget(), m_portal->view());
         m_portal->view()->clearFocus();
         m_portal->evaluate("gSTB.HideVirtualKeyboard()");
         QCOMPARE(QApplication::focusWidget(), m_portal->view());
