@@ -55,7 +55,7 @@ QString originText(const QString &scheme, const QString &host, int port)
 
 QString originText(const QUrl &url)
 {
-    return originText(url.scheme(), url.host(QUrl::FullyEncoded), url.port());
+    return originText(url.scheme(), url.host(), url.port());
 }
 
 QString originText(const QWebSecurityOrigin &origin)
