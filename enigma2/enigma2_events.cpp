@@ -5,6 +5,9 @@
  */
 #include "enigma2/enigma2.h"
 
+#include "enigma2/private_settings_name.h"
+#include "platform/environment.h"
+
 #include <QElapsedTimer>
 
 namespace {
@@ -62,6 +65,12 @@ void Enigma2::deliverEvents()
 
 void Enigma2::raise(const ReceivedEvent &event)
 {
+    // Set before the event is told, so that the new portal finds its own settings; in this thread,
+    // since libraries read the environment in it, without a lock.
+    if (event.event == Event::NewPortal) {
+        if (const auto name = privateSettingsName(event.text))
+            qputenv(Environment::privateSettingPath, name->toLatin1());
+    }
     switch (event.event) {
 #define RAISE_SIGNAL(number, name, signal, ...)                                                    \
     case Event::name: call(*this, &Enigma2::signal, event); break;

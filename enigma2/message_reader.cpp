@@ -3,14 +3,11 @@
 
 #include "enigma2/answer_mailbox.h"
 #include "enigma2/event_queue.h"
-#include "enigma2/private_settings_name.h"
 #include "enigma2/struct_codec.h"
-#include "platform/environment.h"
 #include "platform/log_record.h"
 
 #include <QLocalSocket>
 #include <QThread>
-#include <QtGlobal>
 
 #include <algorithm>
 #include <array>
@@ -101,7 +98,10 @@ void MessageReader::handleEvent(const EventRow &row, std::string_view payload)
         return;
     const ReceivedEvent event = unpackEvent(row, payload);
     switch (row.event) {
-    case Event::NewPortal: pushPortal(event); break;
+    case Event::NewPortal:
+        m_events.push(event);
+        logRecord("NewPortal: ", event.text);
+        break;
     case Event::AudioPids:
         m_events.push(event);
         logRecord("MsgGetAudioPids: ", event.text);
@@ -128,15 +128,6 @@ void MessageReader::handleEvent(const EventRow &row, std::string_view payload)
         break;
     default: m_events.push(event); break; // Most events leave no record.
     }
-}
-
-void MessageReader::pushPortal(const ReceivedEvent &event)
-{
-    // Set before the event is told, so that the new portal finds its own settings.
-    if (const auto name = privateSettingsName(event.text))
-        qputenv(Environment::privateSettingPath, name->toLatin1());
-    m_events.push(event);
-    logRecord("NewPortal: ", event.text);
 }
 
 void MessageReader::handleAnswer(const AnswerRow &row, std::string_view payload)

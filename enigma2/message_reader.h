@@ -34,7 +34,6 @@ private:
     int feedFrom(QLocalSocket &socket);
     void handleEvent(const EventRow &row, std::string_view payload);
     void handleAnswer(const AnswerRow &row, std::string_view payload);
-    void pushPortal(const ReceivedEvent &event);
 
     EventQueue &m_events;
     AnswerMailbox &m_answers;

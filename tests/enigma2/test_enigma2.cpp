@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "enigma2/frame.h"
-#include "enigma2/message_reader.h"
 #include "enigma2/private_settings_name.h"
 #include "tests/enigma2/link_bench.h"
 #include "tests/support/log_capture.h"
@@ -331,15 +330,19 @@ private slots:
         QFETCH(QString, name);
         QCOMPARE(privateSettingsName(url).value_or(QString()), name);
 
+        m_bench->connect();
         qputenv("Q_PRIVATE_SETTING_PATH", "before");
         QByteArray seen;
-        EventQueue events([&seen] { seen = qgetenv("Q_PRIVATE_SETTING_PATH"); });
-        AnswerMailbox answers;
-        const QByteArray bytes = url.toLatin1();
-        MessageReader(events, answers)
-            .HandleMessage(1000, {bytes.constData(), std::size_t(bytes.size())});
+        QString told;
+        connect(m_bench->link.get(), &Enigma2::OnNewPortal, this, [&](const QString &portal) {
+            seen = qgetenv("Q_PRIVATE_SETTING_PATH");
+            told = portal;
+        });
+        const QByteArray payload = url.toLatin1().toHex();
+        const QByteArray length = QByteArray::number(url.size(), 16).rightJustified(8, '0');
+        m_bench->peer->send(frame("000003e8" + length, payload));
+        QTRY_COMPARE(told, url);
         QCOMPARE(QString(seen), name.isNull() ? QString("before") : name);
-        QCOMPARE(events.take()->text, url);
     }
 
     void logRecords()
