@@ -2,7 +2,7 @@
 // Any format: its size, unpacking of any bytes by it, and packing of what was unpacked.
 #include "enigma2/format_walker.h"
 #include "enigma2/struct_codec.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <algorithm>
 #include <array>

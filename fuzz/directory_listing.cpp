@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A listing is complete whatever the names are, and is read back where they are harmless.
 #include "api/directory_listing.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -3,7 +3,7 @@
 #include "enigma2/answer_mailbox.h"
 #include "enigma2/event_queue.h"
 #include "enigma2/message_reader.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
@@ -16,9 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     bool isAnyTaken = false;
     while (!input.atEnd()) {
         // The numbers of the link are below 2,000; others are rare enough among these.
-        const std::int32_t type = input.byte() == 255 ? input.integer() : 1000 + input.byte() * 4;
+        const bool isAnyNumber = input.byte() == 255;
+        const std::int32_t number = isAnyNumber ? input.integer() : 1000 + input.byte() * 4;
         const QByteArray payload = input.bytes(input.byte());
-        reader.HandleMessage(type + input.byte() % 4,
+        reader.HandleMessage(isAnyNumber ? number : number + input.byte() % 4,
                              {payload.constData(), static_cast<std::size_t>(payload.size())});
     }
     while (events.take())

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A player whose mpv says anything, in any order, between any commands.
 #include "desktop/player/mpv_player.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>

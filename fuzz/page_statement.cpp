@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A key of the on-screen keyboard stays inside its text, unless it is the quote itself.
 #include "shell/pages/page_statement.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

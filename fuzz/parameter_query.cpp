@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Any text may be a portal's query; it is understood in one way only.
 #include "api/parameter_query.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

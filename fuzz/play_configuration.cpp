@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a portal's play configuration plays is an address and a position, for any text.
 #include "api/play_text.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Any play command: positions are never negative, and no blank of an address with a scheme stays.
 #include "desktop/player/play_request.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

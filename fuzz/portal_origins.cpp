@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A list of origins lets in nobody whom it does not name, and a list is a limit whatever it holds.
 #include "shell/pages/portal_origins.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <QUrl>
 

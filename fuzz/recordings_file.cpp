@@ -5,7 +5,7 @@
 #include "desktop/recordings/recording_requests.h"
 #include "desktop/recordings/recording_time.h"
 #include "desktop/recordings/task_list.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <QJsonDocument>
 

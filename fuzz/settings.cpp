@@ -3,7 +3,7 @@
 // of a sound file stay.
 #include "api/settings_text.h"
 #include "api/text_file.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <QJsonDocument>
 

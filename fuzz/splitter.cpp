@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // A stream gives the same frames however the system cuts it.
 #include "enigma2/frame.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 #include <algorithm>
 #include <string>

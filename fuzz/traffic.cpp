@@ -3,7 +3,7 @@
 // whatever the program says meanwhile.
 #include "desktop/traffic/traffic_file.h"
 #include "desktop/traffic/traffic_replay.h"
-#include "fuzz/input.h"
+#include "fuzz/support/input.h"
 
 namespace {
 
