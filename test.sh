@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs what is missing, then takes each argument in turn: ./test.sh [lint|desk|PRESET|ARCHITECTURE...].
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
-# tests; so do "armhf" and "arm64", in an emulator, and "i386", under sanitizers. "desk" runs all tests of
+# tests, "tsan" those of what runs in more than one thread; "armhf" and "arm64" all, in an emulator,
+# and "i386", under sanitizers. "fuzz" runs every fuzzer for a moment. "desk" runs all tests of
 # run.sh, of which the others run the quick ones; "bench" measures, and compares with what was kept;
 # "soak" is two minutes of soak/run; "coverage" tells which lines the tests run, "mutate" how many
 # faults they see.
@@ -61,6 +62,10 @@ for target in "${@:-desktop}"; do
         stage "mutate: try" tests/tools/mutate
         continue
         ;;
+    fuzz)
+        stage "fuzz: build and run" fuzz/run --seconds 10
+        continue
+        ;;
     armhf | arm64 | i386)
         packaging/cross/build "$target" test
         continue
@@ -72,7 +77,14 @@ for target in "${@:-desktop}"; do
         echo "==> $target: test"
         # Real windows, keys and processes on a machine that does something else as well: a test that
         # fails gets a second go, and the report tells so.
-        ctest --preset "$target" --repeat until-pass:2
+        rm -f "build/$target"/races/*
+        status=0
+        ctest --preset "$target" --repeat until-pass:2 || status=$?
+        # A race counts also where the second go did not meet it.
+        if cat "build/$target"/races/* 2>/dev/null; then
+            status=1
+        fi
+        [ $status -eq 0 ] || exit $status
     fi
 done
 
