@@ -19,7 +19,7 @@
 namespace {
 
 #ifdef __SANITIZE_THREAD__
-constexpr int limitMs = 9000; // Start-up alone takes a second then.
+constexpr int limitMs = 6000; // Start-up alone takes a second then.
 #else
 constexpr int limitMs = 3000;
 #endif
