@@ -4,11 +4,12 @@ import contextlib
 import os
 import pathlib
 import shutil
+import statistics
 import subprocess
 import tempfile
 import time
 
-from measure.programs import BUILD, OURS, Run
+from measure.programs import BUILD, Run
 from measure.screen import Screen
 from measure.web import Web
 
@@ -85,16 +86,20 @@ def started(screen, web, *options):
         shutil.rmtree(run_folder, ignore_errors=True)
 
 
-def page_loads(turns):
-    """KiB of memory after so many loads of a page, by number of loads."""
-    result = {}
+def page_loads(name, turns):
+    """KiB of memory of a program after so many loads of a page, by number of loads.
+
+    The engine frees what pages leave in rounds of its own, so each is the median of the last tenth
+    of the loads."""
+    samples = {turn: [] for turn in turns}
     with Screen() as screen, Web(LOADING) as web:
-        with Run(OURS, screen.name, f"{web.address}?{max(turns)}") as run:
-            for turn in range(max(turns) + 1):
+        with Run(name, screen.name, f"{web.address}?{max(turns)}") as run:
+            for load in range(max(turns) + 1):
                 web.told("loaded")
-                if turn in turns:
-                    result[turn] = run.pss()
-    return result
+                for turn in turns:
+                    if turn * 0.9 < load <= turn:
+                        samples[turn].append(run.pss())
+    return {turn: statistics.median(numbers) for turn, numbers in samples.items()}
 
 
 def first_frame(clip, runs):

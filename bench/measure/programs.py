@@ -28,7 +28,8 @@ class SilentReceiver:
 
     def __init__(self, root):
         path = root / "home/.sock.vesprel"
-        path.parent.mkdir(parents=True)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.unlink(missing_ok=True)
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.bind(str(path))
         self.socket.listen()
@@ -49,20 +50,21 @@ class SilentReceiver:
 
 
 class Run:
-    """One run of one program; its processes and files are gone after the block."""
+    """One run of one program, below another that is given for it; its processes are gone after the
+    block, and so are its files, unless a folder is given for them."""
 
-    def __init__(self, name, display, address, receiver=True):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vesprel-bench."))
+    def __init__(self, name, display, address, folder=None, under=()):
+        self.keeps_files = folder is not None
+        self.folder = folder or pathlib.Path(tempfile.mkdtemp(prefix="vesprel-bench."))
         environment = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "DISPLAY": display,
                        "QT_QPA_PLATFORM": "xcb", "QT_LOGGING_RULES": "*.debug=false",
                        "TMPDIR": str(self.folder), "LC_ALL": "C.UTF-8",
                        "XDG_RUNTIME_DIR": str(self.folder)}
         if name == OURS:
             environment.update(VESPREL_ROOT=str(self.folder / "box"), Q_VESPREL_PORTAL=address)
-            if receiver:
-                self.receiver = SilentReceiver(self.folder / "box")
+            self.receiver = SilentReceiver(self.folder / "box")
         self.process = subprocess.Popen(
-            self.command(name, address), env=environment, start_new_session=True,
+            [*under, *self.command(name, address)], env=environment, start_new_session=True,
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def command(self, name, address):
@@ -87,7 +89,8 @@ class Run:
         self.process.wait()
         if hasattr(self, "receiver"):
             self.receiver.socket.close()
-        shutil.rmtree(self.folder, ignore_errors=True)
+        if not self.keeps_files:
+            shutil.rmtree(self.folder, ignore_errors=True)
 
     def tree(self):
         """Process ids of the program and of all that it started."""
