@@ -83,8 +83,9 @@ public:
     }
     ~Program() override
     {
-        kill();
-        waitForFinished();
+        terminate();
+        if (!waitForFinished(5000))
+            kill();
     }
 };
 

@@ -221,6 +221,13 @@ private slots:
         QCOMPARE(m_portal->evaluate("document.title").toString(), all);
     }
 
+    void ignoredOrigins()
+    {
+        LogCapture log;
+        build("http://tv nonsense");
+        QCOMPARE(log.take().filter("no origin"), QStringList("no origin, ignored: \"nonsense\""));
+    }
+
     /** Nobody is asked whether a script may go on; the engine wants to know every few seconds. */
     void endlessScript()
     {
