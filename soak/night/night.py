@@ -23,7 +23,9 @@ LIFE = ["zap", "zap", "zap", "record", "record", "store", "store", "reload", "re
 TROUBLES = ["freeze", "hang", "broken_frames", "leave", "standby", "endless_page", "dead_page",
             "failing_script"]
 FATAL = ["kill_program", "kill_receiver", "endless_loop"]
-WARM_UP_S = 10 * 60  # Caches fill while a program is young; of a short night, a third.
+LONG_S = 20 * 60      # From here on a night has
+WARM_UP_S = 10 * 60   # a warm-up, since caches fill while a program is young.
+REST_EVERY_S = 3 * 60
 
 
 class Night:
@@ -46,7 +48,6 @@ class Night:
         self.program = 0
         self.isInterrupted = False  # Set by whoever wants the report of a shorter night.
         self.loads = []
-        self.survival = None  # Second at which the part begins in which nobody ends the program.
 
     def do(self, name):
         self.counts[name] = self.counts.get(name, 0) + 1
@@ -87,7 +88,7 @@ class Night:
             self.box.start()
         self.program = self.box.pid("program")
         self.director.settle()
-        part = self.seconds / 2 if self.seconds < 600 else self.seconds / 6
+        part = self.seconds / 2 if self.seconds < LONG_S else self.seconds / 6
         ends = []
         while self.is_before(part) or len(self.fatal_moments) < len(FATAL):
             if not ends:
@@ -96,15 +97,27 @@ class Night:
             for _ in range(self.random.randint(2, 6)):
                 if self.is_before(part):
                     self.draw()
-        self.survival = self.usage.now()
+        self.rest()
         while self.is_before(self.seconds):
             self.draw()
+            if self.usage.now() > self.usage.rests[-1].moment + REST_EVERY_S:
+                self.rest()
+        self.rest()
         self.director.rest_keys()
         self.director.rest_events()
-        self.director.ask("rest")
         colour = self.viewer.colour()
         if colour != COLOUR:
             self.failures.append(f"the screen shows {colour}, not the portal")
+
+    def rest(self):
+        """A new page does nothing, hears nothing, and is looked at."""
+        director = self.director
+        with director.keys_at_rest(), director.events_at_rest():
+            with director.new_page("an announcement for a rest"):
+                self.box.announce("announced")
+            director.ask("rest")
+            self.usage.rest(10 if self.seconds >= LONG_S else 4)
+        self.life.announce()
 
     def end(self):
         self.usage.end()
@@ -113,12 +126,11 @@ class Night:
         self.web.end()
 
     def growth(self):
-        if self.survival is None:
-            return None
-        warm = self.survival + min(WARM_UP_S, (self.usage.now() - self.survival) / 3)
-        samples = [sample for sample in self.usage.samples
-                   if sample.moment > warm and sample.pid == self.program]
-        return Growth(samples) if len(samples) > 2 else None
+        """None for a night that was too short to look at memory."""
+        rests = [rest for rest in self.usage.rests if rest.pid == self.program]
+        warm = [rest for rest in rests if rest.moment > rests[0].moment + WARM_UP_S]
+        used = warm if self.seconds >= LONG_S else rests
+        return Growth(used) if len(used) > 1 else None
 
     def judge(self):
         """Compares what was sent with what was seen; the rows of the report's table."""

@@ -35,8 +35,8 @@ def plot(file, samples, growth, ends):
         axis.grid(linewidth=0.2)
     if growth:
         axes[1].plot([moment / 60 for moment, _ in growth.points],
-                     [value for _, value in growth.points], "k.", markersize=3)
-    axes[-1].set_xlabel("minutes; red: the program was ended")
+                     [value for _, value in growth.points], "k.", markersize=4)
+    axes[-1].set_xlabel("minutes; red: the program was ended; dots: rests")
     figure.tight_layout()
     figure.savefig(file, metadata={"Date": None})
 
@@ -45,12 +45,13 @@ def growth_lines(growth):
     if not growth:
         return ["The night was too short to look at memory."]
     span = f"{growth.span / 60:.0f} minutes" if growth.isLong else f"{growth.span:.0f} seconds"
-    lines = [f"In the last {span}, after warm-up: memory of its own "
+    lines = [f"Between the first and the last rest, {span} later: memory of its own "
              f"{growth.memory:+.1f} MiB, descriptors {growth.descriptors:+d}, threads "
-             f"{growth.threads:+d} (least values of the last third against those of the first)."]
+             f"{growth.threads:+d}."]
     if growth.isLong:
-        lines.append(f"Robust fit: **{growth.per_hour:+.2f} MiB an hour**, "
-                     f"at most {MOST_MIB_PER_HOUR} allowed.")
+        lines.append(f"Robust fit through {len(growth.points)} rests: **{growth.per_hour:+.2f} MiB "
+                     f"an hour**, in nineteen of twenty cases more than {growth.least_per_hour:+.2f}; "
+                     f"fails when that is above {MOST_MIB_PER_HOUR}.")
     else:
         lines.append(f"That is too short to tell a growth in an hour; at most {SLACK_MIB} MiB, "
                      f"{DESCRIPTOR_SLACK} descriptors and {THREAD_SLACK} threads are allowed.")

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 """Memory, descriptors and threads of the program over the time of a night, and their growth."""
+import math
 import os
 import pathlib
 import statistics
@@ -7,13 +8,11 @@ import threading
 import time
 
 LEAST_SPAN_S = 20 * 60  # A growth in an hour cannot be told from less,
-SLACK_MIB = 32          # so there is only an absolute slack then; and within
-YOUNG_S = 20            # a program still grows anyway.
+SLACK_MIB = 32          # so there is only an absolute slack then.
 MOST_MIB_PER_HOUR = 0.5
+CERTAINTY = 1.64        # Normal deviates: so much that nineteen in twenty such fits find more.
 DESCRIPTOR_SLACK = 4
 THREAD_SLACK = 4
-WINDOWS = 24            # Least values of so many spans of time are looked at: a page's garbage comes
-#                         and goes, what has leaked stays.
 
 
 class Sample:
@@ -37,7 +36,7 @@ class Usage:
     def __init__(self, find_pid, interval):
         self.find_pid, self.interval = find_pid, interval
         self.begin = time.monotonic()
-        self.samples = []
+        self.samples, self.rests = [], []
         self.ended = threading.Event()
         self.thread = threading.Thread(target=self.sample_on, daemon=True)
         self.thread.start()
@@ -52,54 +51,50 @@ class Usage:
             except (OSError, KeyError):
                 pass  # It is being started again.
 
+    def rest(self, seconds):
+        """Samples a page at rest: what it had made is collected, what has leaked stays."""
+        samples = []
+        for _ in range(seconds):
+            time.sleep(1)
+            samples.append(Sample(self.now(), self.find_pid()))
+        self.rests.append(min(samples, key=lambda sample: sample.own))
+
     def end(self):
         self.ended.set()
         self.thread.join()
 
 
-def least(samples, value):
-    """Time and least value of each span of time."""
-    first, last = samples[0].moment, samples[-1].moment
-    span = (last - first) / WINDOWS or 1
-    spans = {}
-    for sample in samples:
-        spans.setdefault(min(WINDOWS - 1, int((sample.moment - first) / span)), []).append(sample)
-    return [min(((value(sample), sample.moment) for sample in taken))[::-1]
-            for _, taken in sorted(spans.items())]
+def slopes(points):
+    """The slopes between all pairs, in order: a few points that are off change little."""
+    return sorted((second[1] - first[1]) / (second[0] - first[0])
+                  for number, first in enumerate(points) for second in points[number + 1:])
 
 
-def slope(points):
-    """Median of the slopes between all pairs: a few points that are off change nothing."""
-    slopes = [(second[1] - first[1]) / (second[0] - first[0])
-              for number, first in enumerate(points) for second in points[number + 1:]
-              if second[0] > first[0]]
-    return statistics.median(slopes) if slopes else 0.0
+def least_slope(points):
+    """The lower end of what the slope may be, by the ranks of all pairs (after Sen)."""
+    found, count = slopes(points), len(points)
+    spread = CERTAINTY * math.sqrt(count * (count - 1) * (2 * count + 5) / 18)
+    return found[max(0, int((len(found) - spread) / 2))]
 
 
 class Growth:
-    """What has grown between the warm-up and the end."""
+    """What has grown from one rest to the next, after the warm-up."""
 
-    def __init__(self, samples):
-        self.samples = samples
-        self.span = samples[-1].moment - samples[0].moment
-        self.points = least(samples, lambda sample: sample.own)
-        self.per_hour = slope(self.points) * 3600
-        third = max(1, len(samples) // 3)
-        self.begin, self.end = samples[:third], samples[-third:]
-        self.memory = self.change(lambda sample: sample.own)
-        self.descriptors = self.change(lambda sample: sample.descriptors)
-        self.threads = self.change(lambda sample: sample.threads)
+    def __init__(self, rests):
+        self.points = [(sample.moment, sample.own) for sample in rests]
+        self.span = rests[-1].moment - rests[0].moment
+        self.per_hour = statistics.median(slopes(self.points)) * 3600
+        self.least_per_hour = least_slope(self.points) * 3600
+        self.memory = rests[-1].own - rests[0].own
+        self.descriptors = rests[-1].descriptors - rests[0].descriptors
+        self.threads = rests[-1].threads - rests[0].threads
         self.isLong = self.span >= LEAST_SPAN_S
-
-    def change(self, value):
-        """Of the least values of the first and of the last third."""
-        return min(map(value, self.end)) - min(map(value, self.begin))
 
     def failures(self):
         found = []
-        if self.isLong and self.per_hour > MOST_MIB_PER_HOUR:
+        if self.isLong and self.least_per_hour > MOST_MIB_PER_HOUR:
             found.append(f"memory grows by {self.per_hour:.2f} MiB an hour")
-        if YOUNG_S < self.span < LEAST_SPAN_S and self.memory > SLACK_MIB:
+        if not self.isLong and self.memory > SLACK_MIB:
             found.append(f"memory has grown by {self.memory:.1f} MiB")
         if self.descriptors > DESCRIPTOR_SLACK:
             found.append(f"descriptors have grown by {self.descriptors}")

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """What the soak lets pass and what it finds, on lists written by hand."""
 import pathlib
+import random
 import sys
 import types
 
@@ -109,17 +110,26 @@ def test_box_keys(told, keys, isRight):
     assert bool(events.judge_box_keys([life])) != isRight
 
 
-def samples(minutes, value):
-    return [types.SimpleNamespace(moment=second, own=value(second), descriptors=20, threads=9)
-            for second in range(0, minutes * 60, 5)]
+def noise(second):
+    """Up to 4 MiB, which come and go."""
+    return random.Random(second).uniform(0, 4)
 
 
 @pytest.mark.parametrize("minutes, value, failures", [
-    (40, lambda second: 100 + 30 * (second % 60 > 10), 0),           # garbage that goes again
+    (40, lambda second: 100 + noise(second), 0),
     (40, lambda second: 100 + second / 3600 * 0.4, 0),
-    (40, lambda second: 100 + second / 3600 * 0.7 + 30 * (second % 60 > 10), 1),
-    (40, lambda second: 100 + 5 * (2000 < second < 2100), 0),        # a bump
+    (40, lambda second: 100 + second / 3600 * 0.7, 1),
+    (40, lambda second: 100 + second / 3600 * 20 + noise(second), 1),
+    (40, lambda second: 100 + 5 * (1000 < second < 1300), 0),        # a bump
     (1, lambda second: 100 + second / 10, 0),                        # too short to tell
     (1, lambda second: 100 + second, 1)])
 def test_growth(minutes, value, failures):
-    assert len(usage.Growth(samples(minutes, value)).failures()) == failures
+    rests = [types.SimpleNamespace(moment=second, own=value(second), descriptors=20, threads=9)
+             for second in range(0, minutes * 60 + 1, min(60, 3 * minutes) * 2)]
+    assert len(usage.Growth(rests).failures()) == failures
+
+
+def test_descriptors_and_threads():
+    rests = [types.SimpleNamespace(moment=60 * number, own=100, descriptors=20 + 5 * number,
+                                   threads=9 + 5 * number) for number in range(2)]
+    assert len(usage.Growth(rests).failures()) == 2
