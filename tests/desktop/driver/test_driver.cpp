@@ -3,12 +3,10 @@
 #include "desktop/driver/http_front.h"
 #include "desktop/driver/profile.h"
 #include "desktop/driver/webdriver_error.h"
-#include "tests/desktop/driver/driver_client.h"
-#include "tests/support/http_server.h"
+#include "tests/desktop/driver/driver_test.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStandardPaths>
 #include <QtTest>
 
 #include <csignal>
@@ -35,20 +33,14 @@ document.addEventListener('keydown', function (e) {
 
 const char elementKey[] = "element-6066-11e4-a52e-4f735466cecf";
 
-QByteArray compact(const QJsonValue &value)
-{
-    const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return list.mid(1, list.size() - 2);
-}
-
 } // namespace
 
-class TestDriver : public QObject
+class TestDriver : public DriverTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { startOn(page); }
     void capabilities_data();
     void capabilities();
     void requestsOfPagesAreRefused_data();
@@ -72,25 +64,7 @@ private slots:
     void crashedProgram();
     void nothingIsLeft();
     void nothingIsLeftOfAKilledDriver();
-
-private:
-    void openPage() { m_client.post("url", R"({"url":")" + m_url + R"("})"); }
-
-    HttpServer m_server;
-    QByteArray m_url;
-    DriverClient m_client;
 };
-
-void TestDriver::initTestCase()
-{
-    if (QStandardPaths::findExecutable("Xvfb").isEmpty())
-        QSKIP("Xvfb is not installed, so that no box can be started.");
-    m_server.page("/page", page);
-    m_url = m_server.url("/page").toEncoded();
-    QVERIFY(m_client.start());
-    const DriverClient::Answer answer = m_client.begin();
-    QVERIFY2(answer.status == 200, compact(answer.value));
-}
 
 void TestDriver::capabilities_data()
 {

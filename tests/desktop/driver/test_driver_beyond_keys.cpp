@@ -4,12 +4,10 @@
  */
 #include "desktop/driver/print_settings.h"
 #include "desktop/driver/webdriver_error.h"
-#include "tests/desktop/driver/driver_client.h"
-#include "tests/support/http_server.h"
+#include "tests/desktop/driver/driver_test.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -37,21 +35,15 @@ function note(e) {
 });
 </script>)";
 
-QByteArray compact(const QJsonValue &value)
-{
-    const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return list.mid(1, list.size() - 2);
-}
-
 } // namespace
 
-class TestDriverBeyondKeys : public QObject
+class TestDriverBeyondKeys : public DriverTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
+    void init() { openPage(); }
     void files_data();
     void files();
     void pageRanges_data();
@@ -65,28 +57,17 @@ private slots:
 private:
     QByteArray events() { return compact(m_client.script("return events.splice(0)").value); }
 
-    HttpServer m_server;
-    QByteArray m_url;
-    DriverClient m_client;
     QTemporaryDir m_files;
 };
 
 void TestDriverBeyondKeys::initTestCase()
 {
-    if (QStandardPaths::findExecutable("Xvfb").isEmpty())
-        QSKIP("Xvfb is not installed, so that no box can be started.");
-    m_server.page("/page", page);
-    m_url = m_server.url("/page").toEncoded();
-    QVERIFY(m_client.start());
-    const DriverClient::Answer answer = m_client.begin();
-    QVERIFY2(answer.status == 200, compact(answer.value));
+    startOn(page);
     for (const char *name : {"/a.txt", "/b c.txt"}) {
         QFile file(m_files.path() + name);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(name) > 0);
     }
 }
-
-void TestDriverBeyondKeys::init() { m_client.post("url", R"({"url":")" + m_url + R"("})"); }
 
 void TestDriverBeyondKeys::files_data()
 {
