@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/driver/http_front.h"
 
+#include "desktop/driver/http_connection.h"
 #include "desktop/driver/webdriver_error.h"
 
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QUrl>
-
-#include <httplib.h>
 
 namespace {
 
@@ -51,15 +50,12 @@ bool isAllowed(const QString &host, const QString &origin, const DriverOptions &
 }
 
 HttpFront::HttpFront(Driver &driver, const DriverOptions &options)
-    : m_server(std::make_unique<httplib::Server>())
+    : m_server(
+          std::make_unique<ForgivingServer>(slowClientSeconds, idleConnectionSeconds, largestBody))
 {
     m_server->new_task_queue = [] { return new httplib::ThreadPool(threads); };
     m_server->set_tcp_nodelay(true);
     m_server->set_keep_alive_max_count(1000000);
-    m_server->set_keep_alive_timeout(idleConnectionSeconds);
-    m_server->set_read_timeout(slowClientSeconds);
-    m_server->set_write_timeout(slowClientSeconds);
-    m_server->set_payload_max_length(largestBody);
     const auto handle = [&driver, options](const httplib::Request &request,
                                            httplib::Response &response) {
         if (!isAllowed(header(request, "Host"), header(request, "Origin"), options)) {
