@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 /**
  * One session: a box, the window and frame that commands are for, and the settings of the client.
@@ -103,6 +104,24 @@ public:
     QJsonValue waitUntilPlaying(const CommandCall &call);
 
 private:
+    /** For as long as it lives commands are for the window, whatever became of its frames. */
+    class WholeWindow
+    {
+    public:
+        explicit WholeWindow(Session &session)
+            : m_frame(session.m_frame)
+            , m_kept(std::exchange(session.m_frame, QString()))
+        {
+        }
+        ~WholeWindow() { m_frame = m_kept; }
+        WholeWindow(const WholeWindow &) = delete;
+        WholeWindow &operator=(const WholeWindow &) = delete;
+
+    private:
+        QString &m_frame;
+        QString m_kept;
+    };
+
     /** Where the current frame is on the display. */
     struct Place
     {

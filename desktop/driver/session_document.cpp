@@ -117,9 +117,8 @@ QJsonValue Session::allCookies(const CommandCall &)
     const auto cookies = ask("cookies").value("value").toArray();
     for (const QJsonValue &value : cookies) {
         QJsonObject cookie = value.toObject();
-        const auto sameSite = m_sameSite.constFind(keyOf(cookie));
-        if (sameSite != m_sameSite.constEnd())
-            cookie["sameSite"] = *sameSite;
+        // The engine sends cookies wherever they belong, whatever page asks for it.
+        cookie["sameSite"] = m_sameSite.value(keyOf(cookie), "None");
         result.append(cookie);
     }
     return result;

@@ -81,15 +81,8 @@ QJsonValue Session::navigate(const CommandCall &call)
 
 QJsonValue Session::url(const CommandCall &)
 {
-    const QString frame = std::exchange(m_frame, QString());
-    try {
-        const QJsonValue result = callPage("url");
-        m_frame = frame;
-        return result;
-    } catch (const WebDriverError &) {
-        m_frame = frame;
-        throw;
-    }
+    const WholeWindow whole(*this);
+    return callPage("url");
 }
 
 QJsonValue Session::back(const CommandCall &)
@@ -113,13 +106,6 @@ QJsonValue Session::refresh(const CommandCall &)
 
 QJsonValue Session::title(const CommandCall &)
 {
-    const QString frame = std::exchange(m_frame, QString());
-    try {
-        const QJsonValue result = callPage("title");
-        m_frame = frame;
-        return result;
-    } catch (const WebDriverError &) {
-        m_frame = frame;
-        throw;
-    }
+    const WholeWindow whole(*this);
+    return callPage("title");
 }

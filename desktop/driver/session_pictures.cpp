@@ -34,10 +34,9 @@ QJsonValue Session::elementScreenshot(const CommandCall &call)
     const QJsonObject box = callPage("picture", {elementOf(call)}).toObject();
     QJsonObject part = box;
     if (!m_frame.isEmpty()) {
-        const QString frame = std::exchange(m_frame, QString());
-        const Place whole = place();
-        m_frame = frame;
         const Place inner = place();
+        const WholeWindow wholeWindow(*this);
+        const Place whole = place();
         part["x"] = box.value("x").toInt() + inner.x - whole.x;
         part["y"] = box.value("y").toInt() + inner.y - whole.y;
     }

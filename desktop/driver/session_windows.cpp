@@ -104,7 +104,11 @@ QJsonValue Session::switchToParentFrame(const CommandCall &)
     return {};
 }
 
-QJsonValue Session::windowRect(const CommandCall &) { return callPage("outerRect"); }
+QJsonValue Session::windowRect(const CommandCall &)
+{
+    const WholeWindow whole(*this);
+    return callPage("outerRect");
+}
 
 QJsonValue Session::setWindowRect(const CommandCall &call)
 {
@@ -129,6 +133,7 @@ QJsonValue Session::changeWindowState(const CommandCall &call)
 
 QJsonValue Session::arrangeWindow(const QJsonObject &wanted)
 {
+    const WholeWindow whole(*this);
     handlePrompts();
     ask("arrange", wanted);
     return callPage("outerRect");

@@ -151,6 +151,8 @@
         return isActuallyDisabled(element);
     }
 
+    driver.isActuallyDisabled = isActuallyDisabled;
+
     driver.define('enabled', function (element) {
         return !isXml(document) && !isDisabled(element);
     });

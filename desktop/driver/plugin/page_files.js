@@ -16,7 +16,9 @@
     // The paths that the field holds already and keeps, since it takes several.
     driver.define('pathsOf', function (element) {
         var before = chosen.get(element);
-        var kept = element.hasAttribute('multiple') && before && before.files === element.files;
+        // What clears the field leaves its list, only without files.
+        var kept = element.hasAttribute('multiple') && before &&
+            before.files === element.files && before.paths.length === element.files.length;
         return kept ? before.paths : [];
     });
 

@@ -187,13 +187,8 @@
         return typed.indexOf(type) >= 0 ? type : element.type;
     }
 
-    function isDisabledField(element) {
-        return element.disabled || !!(element.webkitMatchesSelector &&
-            element.webkitMatchesSelector('fieldset[disabled] *'));
-    }
-
     function isMutable(element) {
-        return !isDisabledField(element) && !element.readOnly;
+        return !driver.isActuallyDisabled(element) && !element.readOnly;
     }
 
     function isEditableField(element) {
@@ -274,11 +269,12 @@
         if (!file || strictFiles) {
             scrollTo(element);
             if (!isFocusable(element) || (!hasBox(element) && element !== document.body &&
-                    element !== document.documentElement) || isDisabledField(element)) {
+                    element !== document.documentElement) || driver.isActuallyDisabled(element)) {
                 throw fail('element not interactable', describe(element) + ' takes no keys.');
             }
         }
         if (file) {
+            element.focus();
             return element.multiple ? 'files' : 'file';
         }
         var type = stateOfField(element);
@@ -288,8 +284,8 @@
             }
             element.focus();
             element.value = text;
-            if (type === 'color' && element.value !== text.toLowerCase()) {
-                throw fail('invalid argument', 'That is no colour.');
+            if (element.validity && element.validity.badInput) {
+                throw fail('invalid argument', describe(element) + ' takes no such value.');
             }
             fire(element, 'input');
             fire(element, 'change');
@@ -302,6 +298,10 @@
             }
         }
         window.focus();
+        if (isHtml(element, 'iframe') || isHtml(element, 'frame')) {
+            // Keys go to the page in it.
+            element.contentWindow.focus();
+        }
         return 'type';
     });
 })

@@ -129,6 +129,8 @@
         '[object HTMLCollection]', '[object FileList]', '[object HTMLOptionsCollection]',
         '[object HTMLAllCollection]', '[object HTMLFormControlsCollection]',
         '[object DOMTokenList]', '[object RadioNodeList]'];
+    var hosts = ['[object File]', '[object Blob]', '[object ClientRect]', '[object Location]',
+        '[object Screen]', '[object TextMetrics]', '[object TimeRanges]', '[object ValidityState]'];
 
     function textOfNode(value) {
         if (!isConnected(value)) {
@@ -145,6 +147,21 @@
         return '{"' + (path.length ? frameKey : windowKey) + '":{"path":[' + path.join() + ']}}';
     }
 
+    // The engine's own objects, such as files and boxes, have their members in their prototypes.
+    function namesOf(value) {
+        var names = keysOf(value);
+        var name;
+        if (hosts.indexOf(stringOf.call(value)) >= 0) {
+            names = [];
+            for (name in value) {
+                if (typeof value[name] !== 'function') {
+                    names.push(name);
+                }
+            }
+        }
+        return names;
+    }
+
     function textOfMembers(value, seen) {
         if (seen.indexOf(value) >= 0) {
             throw fail('javascript error', 'The value refers to itself.');
@@ -159,7 +176,7 @@
             seen.pop();
             return '[' + parts.join() + ']';
         }
-        var names = keysOf(value);
+        var names = namesOf(value);
         for (i = 0; i < names.length; i += 1) {
             parts[i] = quote(names[i]) + ':' + textOf(value[names[i]], seen);
         }

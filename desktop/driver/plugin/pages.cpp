@@ -45,7 +45,8 @@ QVector<QWebView *> Pages::views() const
         const auto stacks = window->findChildren<QStackedWidget *>();
         for (const QStackedWidget *stack : stacks) {
             for (int index = 0; index < stack->count(); ++index) {
-                if (auto *view = qobject_cast<QWebView *>(stack->widget(index)))
+                auto *view = qobject_cast<QWebView *>(stack->widget(index));
+                if (view && !m_closed.contains(view))
                     result += view;
             }
         }

@@ -33,6 +33,9 @@ public:
     /** The view of a window; none if it is closed. */
     QWebView *view(const QString &handle);
 
+    /** Counts a view that stays as closed. */
+    void close(QWebView *view) { m_closed.insert(view); }
+
     /** The name of a view's window, given once. */
     QString handleOf(QWebView *view);
 
@@ -97,6 +100,7 @@ private:
     QHash<QObject *, Load> m_loads;
     QHash<QObject *, QSet<QString>> m_seen; ///< Ids that were handed out, by frame.
     QHash<QObject *, QString> m_names;
+    QSet<const QWebView *> m_closed;
     int m_documents = 0;
     int m_favourites = 0;
     int m_frames = 0;

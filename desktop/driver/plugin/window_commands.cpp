@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QScreen>
 #include <QStackedWidget>
+#include <QUrl>
 #include <QWebView>
 
 #include <algorithm>
@@ -52,14 +53,18 @@ CommandServer::Answer CommandServer::openWindow(const Request &request)
 
 CommandServer::Answer CommandServer::closeWindow(const Request &request)
 {
-    QStackedWidget *stack = stackOf(request.view);
-    if (stack->count() == 1)
+    if (m_pages.handles().size() == 1)
         return value(QJsonArray());
-    if (stack->indexOf(request.view) == 0)
-        return error("unsupported operation", "The portal cannot be closed before its favourites.");
-    stack->setCurrentWidget(request.view);
+    QStackedWidget *stack = stackOf(request.view);
     m_prompts.acceptAll(true);
-    QMetaObject::invokeMethod(request.view->window(), "WinCloseWebFavorites");
+    if (stack->indexOf(request.view) == 0) {
+        // The box cannot be without a portal: it stays, blank, and is no window of the client's.
+        request.view->load(QUrl("about:blank"));
+        m_pages.close(request.view);
+    } else {
+        stack->setCurrentWidget(request.view);
+        QMetaObject::invokeMethod(request.view->window(), "WinCloseWebFavorites");
+    }
     m_prompts.acceptAll(false);
     return value(QJsonArray::fromStringList(m_pages.handles()));
 }

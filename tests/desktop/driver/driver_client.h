@@ -24,6 +24,9 @@ public:
     /** Starts the driver; false if it does not get ready. */
     bool start();
 
+    /** Where the driver listens. */
+    int port() const { return m_port; }
+
     /** Sends any request; the body as it is. */
     Answer send(const QByteArray &method, const QString &path, const QByteArray &body = {});
 

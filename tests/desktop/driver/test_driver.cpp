@@ -7,6 +7,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTcpSocket>
 #include <QtTest>
 
 #include <csignal>
@@ -22,6 +23,7 @@ const char page[] = R"(<!DOCTYPE html><title>Box</title>
 <button id=button onclick="this.textContent = 'pressed'">press</button>
 <button id=cover style="position: absolute; left: 0; top: 200px; width: 90px">covered</button>
 <div style="position: absolute; left: 0; top: 200px; width: 90px; height: 50px"></div>
+<fieldset disabled style="position: absolute; top: 300px"><legend><input id=open></legend><input id=shut></fieldset>
 <svg width=9 height=9><rect id=shape width=9 height=9></svg>
 <iframe id=frame srcdoc="<p id=inner>inside</p>"></iframe><div id=empty></div>
 <script>
@@ -45,6 +47,7 @@ private slots:
     void capabilities();
     void requestsOfPagesAreRefused_data();
     void requestsOfPagesAreRefused();
+    void bodiesOfAnyMethod();
     void commands_data();
     void commands();
     void staleElements();
@@ -54,6 +57,7 @@ private slots:
     void typedTextIsNotTranslated();
     void dialogsHoldTheNextCommand();
     void favouritesAreAWindow();
+    void portalCanBeClosed();
     void cookiesOfThePage();
     void receiverAndLog();
     void profiles_data();
@@ -150,6 +154,34 @@ void TestDriver::requestsOfPagesAreRefused()
     QTEST(isAllowed(host, origin, options), "allowed");
 }
 
+/** Clients send a body with any method, in a piece of its own, or none and say nothing of it. */
+void TestDriver::bodiesOfAnyMethod()
+{
+    QTcpSocket socket;
+    socket.connectToHost("127.0.0.1", quint16(m_client.port()));
+    QVERIFY(socket.waitForConnected());
+    const auto answer = [&socket](const QByteArray &request, const QByteArray &body) {
+        const QByteArray length = "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+        socket.write(request + " HTTP/1.1\r\nHost: localhost\r\n" +
+                     (body.isEmpty() ? QByteArray() : length) + "\r\n");
+        socket.flush();
+        QTest::qWait(50);
+        socket.write(body);
+        // The answer may have come before the body went.
+        QByteArray text = socket.readAll();
+        while (!text.contains("}}") && socket.waitForReadyRead(20000))
+            text += socket.readAll();
+        return text.left(text.indexOf("\r\n")) + text.mid(text.indexOf("\r\n\r\n") + 4).left(19);
+    };
+    const QByteArray status = "HTTP/1.1 200 OK{\"value\":{\"build\":{";
+    const QByteArray unknown = "HTTP/1.1 404 Not Found{\"value\":{\"error\":\"";
+    QCOMPARE(answer("GET /status", "{}"), status);
+    QCOMPARE(answer("DELETE /session/none/cookie", "{}"), unknown);
+    QCOMPARE(answer("POST /session/none/back", ""), unknown);
+    QCOMPARE(answer("DELETE /session/none/cookie", ""), unknown);
+    QCOMPARE(answer("GET /status", ""), status);
+}
+
 void TestDriver::commands_data()
 {
     QTest::addColumn<QByteArray>("request"); // {css} in it is the element's id.
@@ -221,6 +253,9 @@ void TestDriver::commands_data()
     post("element/{#empty}/click", "{}", "element not interactable");
     post("element/{#shape}/click", "{}", "null");
     post("element/{#off}/clear", "{}", "invalid element state");
+    post("element/{#shut}/clear", "{}", "invalid element state");
+    post("element/{#open}/clear", "{}", "null");
+    post("element/{#open}/value", R"({"text":"x"})", "null");
     post("element/{#field}/value", R"({"text":1})", "invalid argument");
     post("element/{#off}/value", R"({"text":"x"})", "element not interactable");
 
@@ -233,6 +268,7 @@ void TestDriver::commands_data()
     run("return document.getElementsByTagName('iframe')[0].contentWindow",
         R"({"frame-075b-4da1-b6ba-e579c2d3230a":)");
     run("return window", R"({"window-fcc6-11e5-b4f8-330a88ab9d7f":"portal"})");
+    run("return document.getElementById('cover').getBoundingClientRect()", R"("width":90)");
     run("var a = {}; a.a = a; return a", "javascript error");
     run("return }", "javascript error");
     run("throw new Error('x')", "javascript error");
@@ -313,6 +349,10 @@ void TestDriver::frameThatRemovesItself()
     QCOMPARE(m_client.script("parent.document.getElementById('frame').remove(); return 5").value,
              QJsonValue(5));
     QCOMPARE(m_client.get("source").error(), QString("no such window"));
+    for (const char *command : {"title", "window/rect", "screenshot"})
+        QCOMPARE(m_client.get(command).status, 200);
+    QCOMPARE(m_client.post("window/rect", R"({"width":1000})").status, 200);
+    QCOMPARE(m_client.post("window/fullscreen").status, 200);
     QCOMPARE(m_client.post("frame/parent").status, 200);
     QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
     QVERIFY(!m_client.element("#field").isEmpty());
@@ -415,6 +455,20 @@ void TestDriver::favouritesAreAWindow()
     QCOMPARE(m_client.get("title").value.toString(), QString("Box"));
 }
 
+void TestDriver::portalCanBeClosed()
+{
+    openPage();
+    const QString opened = m_client.post("window/new").value.toObject().value("handle").toString();
+    QCOMPARE(m_client.closeWindow().value, QJsonValue(QJsonArray{opened}));
+    QCOMPARE(m_client.get("title").error(), QString("no such window"));
+    QCOMPARE(m_client.post("window", R"({"handle":"portal"})").error(), QString("no such window"));
+    QCOMPARE(m_client.post("window", R"({"handle":")" + opened.toUtf8() + R"("})").status, 200);
+    QCOMPARE(m_client.get("url").value.toString(), QString("about:blank"));
+    QCOMPARE(m_client.closeWindow().value, QJsonValue(QJsonArray()));
+    QCOMPARE(m_client.get("window/handles").error(), QString("invalid session id"));
+    QCOMPARE(m_client.begin().status, 200);
+}
+
 void TestDriver::cookiesOfThePage()
 {
     openPage();
@@ -425,7 +479,7 @@ void TestDriver::cookiesOfThePage()
     QCOMPARE(
         compact(m_client.get("cookie/a").value),
         QByteArray(
-            R"({"domain":"127.0.0.1","httpOnly":true,"name":"a","path":"/","secure":false,"value":"b"})"));
+            R"({"domain":"127.0.0.1","httpOnly":true,"name":"a","path":"/","sameSite":"None","secure":false,"value":"b"})"));
     QCOMPARE(m_client.get("cookie").value.toArray().size(), 2);
     QCOMPARE(m_client.script("return document.cookie").value.toString(), QString("own=1"));
 }
