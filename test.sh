@@ -15,6 +15,14 @@ cd "$(dirname "$0")"
 # shellcheck disable=SC2086 # lists of words
 stage install install_missing $build_packages $test_packages
 
+# ".ci/run" joins sources: most of their time goes into the headers that they share. Where something
+# is built already it stays as it is.
+joined=()
+if [ "${1:-}" = --joined ]; then
+    joined=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12)
+    shift
+fi
+
 lint_failed=
 for target in "${@:-desktop}"; do
     if [ "$target" = lint ]; then
@@ -71,7 +79,9 @@ for target in "${@:-desktop}"; do
         continue
         ;;
     esac
-    stage "$target: configure" cmake --preset "$target" -DVESPREL_WERROR=ON
+    options=(-DVESPREL_WERROR=ON)
+    [ -f "build/$target/CMakeCache.txt" ] || options+=("${joined[@]}")
+    stage "$target: configure" cmake --preset "$target" "${options[@]}"
     stage "$target: build" cmake --build --preset "$target"
     if [ "$target" != box ]; then
         echo "==> $target: test"
