@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -113,6 +114,24 @@ private slots:
         const QString output = process.readAllStandardOutput();
         QVERIFY2(QRegularExpression(answer).match(output).hasMatch(), qPrintable(output));
     }
+
+#ifdef RECEIVER
+    /** Without a root of its own the box lies in the data folder of whoever runs it. */
+    void rootOfTheUser()
+    {
+        const QTemporaryDir data;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove("VESPREL_ROOT");
+        environment.insert("XDG_DATA_HOME", data.path());
+        environment.insert("Q_VESPREL_PORTAL", "about:blank");
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.start(VESPREL_PROGRAM, QStringList());
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(data.path() + "/vesprel/box/home/vesprel"), 20000);
+        program.terminate();
+        QVERIFY(program.waitForFinished());
+    }
+#endif
 
     void start_data()
     {
