@@ -14,7 +14,8 @@ namespace {
 
 constexpr int pollMs = 10;
 constexpr int politeMs = 1500;
-constexpr int killMs = 3000;
+constexpr int killMs = 30000; ///< What was killed may wait long for a processor to end on.
+constexpr int removals = 5;
 
 /** Waits until no process of the group is left; zombies count until somebody reaps them. */
 bool waitForGroup(pid_t group, int timeMs)
@@ -56,5 +57,8 @@ int keepBox(const QString &folder)
     const long group = std::strtol(line.c_str(), nullptr, 10);
     if (group > 1)
         endGroup(pid_t(group));
-    return QDir(folder).removeRecursively() ? 0 : 1;
+    // Whoever is not gone yet may still make a file in a folder that is being removed.
+    for (int count = 0; count < removals && !QDir(folder).removeRecursively(); ++count)
+        ::usleep(pollMs * 1000);
+    return QDir(folder).exists() ? 1 : 0;
 }
