@@ -26,6 +26,7 @@ FATAL = ["kill_program", "kill_receiver", "endless_loop"]
 LONG_S = 20 * 60      # From here on a night has
 WARM_UP_S = 10 * 60   # a warm-up, since caches fill while a program is young.
 REST_EVERY_S = 3 * 60
+LAST_REST_S = 10      # belongs to the night as well.
 
 
 class Night:
@@ -98,7 +99,7 @@ class Night:
                 if self.is_before(part):
                     self.draw()
         self.rest()
-        while self.is_before(self.seconds):
+        while self.is_before(self.seconds - LAST_REST_S):
             self.draw()
             if self.usage.now() > self.usage.rests[-1].moment + REST_EVERY_S:
                 self.rest()
