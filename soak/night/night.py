@@ -106,6 +106,8 @@ class Night:
         self.rest()
         self.director.rest_keys()
         self.director.rest_events()
+        # No command is on its way from here on.
+        self.director.ask("rest")
         colour = self.viewer.colour()
         if colour != COLOUR:
             self.failures.append(f"the screen shows {colour}, not the portal")
