@@ -119,7 +119,7 @@ class Night:
             with director.new_page("an announcement for a rest"):
                 self.box.announce("announced")
             director.ask("rest")
-            self.usage.rest(10 if self.seconds >= LONG_S else 4)
+            self.usage.rest(30 if self.seconds >= LONG_S else 4)
         self.life.announce()
 
     def end(self):
