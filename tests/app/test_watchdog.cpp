@@ -18,11 +18,7 @@
 
 namespace {
 
-#ifdef __SANITIZE_THREAD__
-constexpr int limitMs = 6000; // Start-up alone takes a second then.
-#else
-constexpr int limitMs = 3000;
-#endif
+constexpr int limitMs = WATCHDOG_LIMIT_MS;
 
 /** The end of a supervisor that takes notifications. */
 class NotifySocket
