@@ -12,18 +12,20 @@ class Table:
     """Rows of figure, value, what it is measured against, ratio and target."""
 
     def __init__(self):
+        self.part = None
         self.rows = []
 
     def add(self, name, value, against, target=None, unit="ms", more_is_better=False):
         """A ratio of the value and what it is measured against."""
-        self.rows.append({"name": name, "value": round(value, 3), "against": round(against, 3),
-                          "unit": unit, "ratio": round(ratio(value, against), 3),
+        self.rows.append({"part": self.part, "name": name, "value": round(value, 3),
+                          "against": round(against, 3), "unit": unit,
+                          "ratio": round(ratio(value, against), 3),
                           "target": target, "more_is_better": more_is_better})
 
     def absolute(self, name, value, unit, target=None, more_is_better=False):
         """A figure that nothing else on the machine can be measured against."""
-        self.rows.append({"name": name, "value": round(value, 3), "against": None, "unit": unit,
-                          "ratio": None, "target": target, "more_is_better": more_is_better})
+        self.rows.append({"part": self.part, "name": name, "value": round(value, 3),
+                          "against": None, "unit": unit, "ratio": None, "target": target, "more_is_better": more_is_better})
 
     @staticmethod
     def meets(row):
@@ -41,6 +43,12 @@ class Table:
                 "" if row["target"] is None else f"{sign} {row['target']:g}",
                 "" if row["target"] is None else "met" if self.meets(row) else "missed"))
         return "\n".join(lines)
+
+    def add_parts(self, kept, order):
+        """Takes the kept rows of parts that it has no rows of."""
+        measured = {row["part"] for row in self.rows}
+        self.rows += [row for row in kept if row["part"] not in measured]
+        self.rows.sort(key=lambda row: order.index(row["part"]))
 
     def worse_than(self, kept):
         """Lines about ratios that are much worse than those kept, which are rows as well."""
