@@ -53,10 +53,7 @@ QString originText(const QString &scheme, const QString &host, int port)
     return port <= 0 || port == ownPort(url.scheme()) ? text : text + ':' + QString::number(port);
 }
 
-QString originText(const QUrl &url)
-{
-    return originText(url.scheme(), url.host(), url.port());
-}
+QString originText(const QUrl &url) { return originText(url.scheme(), url.host(), url.port()); }
 
 QString originText(const QWebSecurityOrigin &origin)
 {
