@@ -19,7 +19,9 @@ stage install install_missing $build_packages $test_packages
 # is built already it stays as it is.
 joined=()
 if [ "${1:-}" = --joined ]; then
-    joined=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12)
+    # Nobody debugs what is built here.
+    joined=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12
+        "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -DNDEBUG")
     shift
 fi
 
