@@ -76,5 +76,7 @@ int runVesprel(int &argc, char **argv)
     QApplication::setOverrideCursor(Qt::BlankCursor);
     window.setUrl(QUrl(portal, QUrl::TolerantMode));
     showInPlace(window);
+    // The first portal that is announced adds a variable.
+    ahead.wait();
     return QApplication::exec();
 }
