@@ -19,8 +19,8 @@ desk_packages="$play_packages $screenshot_packages $web_packages chromium chromi
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
 cross_packages=mmdebstrap
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
-# What bench/run measures with, and what it compares with.
-bench_packages="libbenchmark-dev python3-xlib xvfb mpv ffmpeg chromium cog libwpebackend-fdo-1.0-1"
+# What a short bench/run measures with; a whole one also with what docs/performance.md names.
+bench_packages="libbenchmark-dev python3-xlib xvfb"
 # What soak/run needs: keys for its display, and the plot of its report.
 soak_packages="python3-xlib python3-matplotlib xvfb"
 # What tests/tools/coverage counts lines with, and what tests/tools/mutate links and runs with.

@@ -9,7 +9,8 @@ import subprocess
 import tempfile
 import time
 
-from measure.programs import BUILD, Run
+from measure import programs
+from measure.programs import Run
 from measure.screen import Screen
 from measure.web import Web
 
@@ -40,7 +41,7 @@ def receiver(root, *options):
     """The desktop receiver on a root."""
     ready = root / "ready"
     process = subprocess.Popen(
-        [BUILD / "desktop/vesprel-receiver", "--ready", ready, *options],
+        [programs.build / "desktop/vesprel-receiver", "--ready", ready, *options],
         env={**os.environ, "VESPREL_ROOT": str(root)},
         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
@@ -74,7 +75,7 @@ def started(screen, web, *options):
         (run_folder / "media").mkdir()
         os.environ["DISPLAY"] = screen.name
         with receiver(run_folder, *options):
-            process = subprocess.Popen([BUILD / "app/vesprel"], env=environment,
+            process = subprocess.Popen([programs.build / "app/vesprel"], env=environment,
                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                        stderr=subprocess.DEVNULL)
             try:
@@ -102,10 +103,21 @@ def page_loads(name, turns):
     return {turn: statistics.median(numbers) for turn, numbers in samples.items()}
 
 
-def first_frame(clip, runs):
+def make_clip():
+    """A film of 20 seconds, beside the programs."""
+    clip = programs.build / "clip.ts"
+    if not clip.exists():
+        subprocess.run(["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi", "-i",
+                        "testsrc=size=1280x720:rate=25:duration=20", "-c:v", "mpeg2video", "-y",
+                        clip], check=True)
+    return clip
+
+
+def first_frame(runs):
     """Milliseconds from the play command of a page to the first picture; None without mpv."""
-    if not shutil.which("mpv") or not clip.exists():
+    if not shutil.which("mpv") or not shutil.which("ffmpeg"):
         return None
+    clip = make_clip()
     numbers = []
     with Screen() as screen:
         for _ in range(runs):

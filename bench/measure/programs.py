@@ -10,14 +10,14 @@ import tempfile
 import threading
 
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
-BUILD = TOP / "build/bench"
+build = TOP / "build/bench"  # What was built there is measured.
 OURS = "vesprel"
 BARE = "bare view"
 
 
 def contenders():
     """Names of all programs that are installed here, and of those that are missing."""
-    wanted = {OURS: BUILD / "app/vesprel", BARE: BUILD / "bench/bench_bare_view",
+    wanted = {OURS: build / "app/vesprel", BARE: build / "bench/bench_bare_view",
               "cog": "cog", "Chromium": "chromium"}
     found = [name for name, path in wanted.items() if shutil.which(str(path))]
     return found, [name for name in wanted if name not in found]
@@ -69,8 +69,8 @@ class Run:
 
     def command(self, name, address):
         return {
-            OURS: [BUILD / "app/vesprel"],
-            BARE: [BUILD / "bench/bench_bare_view", address],
+            OURS: [build / "app/vesprel"],
+            BARE: [build / "bench/bench_bare_view", address],
             # Debian's has no platform for X; without a display it has less to do than the others.
             "cog": ["cog", "--platform=headless", address],
             "Chromium": ["chromium", "--kiosk", "--no-sandbox", "--no-first-run",

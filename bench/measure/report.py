@@ -50,16 +50,21 @@ class Table:
         self.rows += [row for row in kept if row["part"] not in measured]
         self.rows.sort(key=lambda row: order.index(row["part"]))
 
+    @staticmethod
+    def change(row, old):
+        """How many times worse a row's ratio is than another's; below 1 where it is better."""
+        return ratio(old["ratio"], row["ratio"]) if row["more_is_better"] \
+            else ratio(row["ratio"], old["ratio"])
+
     def worse_than(self, kept):
-        """Lines about ratios that are much worse than those kept, which are rows as well."""
+        """Rows whose ratios are much worse than those kept, each with the kept one."""
         before = {row["name"]: row for row in kept if row["ratio"]}
-        found = []
-        for row in self.rows:
-            old = before.get(row["name"])
-            if row["ratio"] is None or old is None:
-                continue
-            change = ratio(old["ratio"], row["ratio"]) if row["more_is_better"] \
-                else ratio(row["ratio"], old["ratio"])
-            if change > WORSE:
-                found.append(f"{row['name']}: ratio {row['ratio']:g}, was {old['ratio']:g}")
-        return found
+        pairs = [(row, before[row["name"]]) for row in self.rows
+                 if row["ratio"] is not None and row["name"] in before]
+        return [(row, old) for row, old in pairs if self.change(row, old) > WORSE]
+
+    def take_better(self, other):
+        """Takes the rows of another table of the same parts whose ratios are better."""
+        again = {row["name"]: row for row in other.rows if row["ratio"]}
+        self.rows = [again[row["name"]] if row["name"] in again and
+                     self.change(again[row["name"]], row) < 1 else row for row in self.rows]

@@ -1,0 +1,113 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The parts of a run: each measures its figures and adds them to the table."""
+import json
+import os
+import subprocess
+import sys
+
+from measure import endurance, keys, programs, start
+from measure.programs import BARE, OURS
+
+START_TARGETS = {BARE: 0.90, "cog": 0.60, "Chromium": 0.18}
+MEMORY_TARGETS = {BARE: 1.00, "cog": 0.38, "Chromium": 0.15}
+
+
+def progress(line):
+    print(f"bench: {line}", file=sys.stderr, flush=True)
+
+
+def output(program, *arguments):
+    """The JSON that a benchmark prints."""
+    environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen"}
+    return json.loads(subprocess.run([programs.build / "bench" / program, *arguments], check=True,
+                                     env=environment, stdout=subprocess.PIPE,
+                                     stderr=subprocess.DEVNULL).stdout)
+
+
+def add_start(table, names, short):
+    medians = start.measure(names, 3 if short else 9, progress)
+    for other in names:
+        if other != OURS:
+            table.add(f"start to onload, against {other}", medians[OURS]["onload_ms"],
+                      medians[other]["onload_ms"], START_TARGETS[other])
+            table.add(f"memory (PSS), against {other}", medians[OURS]["pss_kib"] / 1024,
+                      medians[other]["pss_kib"] / 1024, MEMORY_TARGETS[other], "MiB")
+    table.add("start to first request, against " + BARE, medians[OURS]["request_ms"],
+              medians[BARE]["request_ms"])
+    again = start.again(names, 3 if short else 9, progress)
+    for other in names:
+        if other != OURS:
+            table.add(f"later start to onload, against {other}", again[OURS], again[other])
+
+
+def add_keys(table, names, short):
+    # cog takes its keys from elsewhere than the display's.
+    results = keys.measure([name for name in names if name != "cog"], 100 if short else 500,
+                           progress)
+    # Of a hundred presses the p99 is one of the two slowest, whatever made them slow.
+    shares = {"p50": 1.10} if short else {"p50": 1.10, "p99": 1.0}
+    for other in results:
+        if other in names and other != OURS:
+            for share, target in shares.items():
+                table.add(f"key to keydown, {share}, against {other}", results[OURS][share + "_ms"],
+                          results[other][share + "_ms"], target if other == BARE else None)
+    for label in keys.ASKING:
+        table.add(f"{label}, which asks the page, p50, against {BARE}'s plain key",
+                  results[f"{OURS}: {label}"]["p50_ms"], results[BARE]["p50_ms"])
+
+
+def add_link(table, *_):
+    times = output("bench_link")
+    table.absolute("event to onEvent, p50", times["event_p50_us"] / 1000, "ms")
+    table.absolute("event to onEvent, p99", times["event_p99_us"] / 1000, "ms", 1.0)
+    table.absolute("command to receiver, p50", times["command_p50_us"] / 1000, "ms")
+    table.absolute("command to receiver, p99", times["command_p99_us"] / 1000, "ms")
+
+
+def add_stub(table, *_):
+    times = output("bench_stub")
+    for label, key, target in (("records off", "records_off_ns", 1.3),
+                               ("records to standard error", "stderr_ns", None),
+                               ("records to the log file", "sink_ns", None)):
+        table.add(f"logging slot, {label}, against a bare slot", times[key] / 1000,
+                  times["bare_ns"] / 1000, target, "µs")
+
+
+def add_codec(table, _, short):
+    options = ["--benchmark_format=json"] + (["--benchmark_min_time=0.05"] if short else [])
+    results = {entry["name"]: entry for entry in output("bench_codec", *options)["benchmarks"]}
+    for word in ("pack", "unpack"):
+        table.add(f"codec {word}, against QDataStream", results[f"{word}Codec"]["cpu_time"],
+                  results[f"{word}DataStream"]["cpu_time"], 1.0, "ns")
+    small, middle, large = (results[f"splitFrames/{size << 10}"] for size in (64, 16384, 65536))
+    table.absolute("splitter, 20-byte frames a second", small["items_per_second"] / 1e6, "million",
+                   5, True)
+    for label, entry in (("16 MiB", middle), ("64 MiB", large)):
+        table.add(f"splitter, cost per byte at {label}, against 64 KiB",
+                  1e9 / entry["bytes_per_second"], 1e9 / small["bytes_per_second"], None, "ns")
+
+
+def add_endurance(table, names, short):
+    plays = 100 if short else 1000
+    table.absolute(f"zapping, one of {plays} plays back to back", endurance.zapping(plays), "ms")
+    progress("zapping done")
+    turns = (10, 50) if short else (50, 300, 1000)
+    loads = {}
+    for name in (name for name in (OURS, BARE) if name in names):
+        loads[name] = endurance.page_loads(name, turns)
+        progress(f"page loads done, {max(turns)} of {name}")
+    for turn in turns[1:]:
+        for name, kibibytes in loads.items():
+            table.add(f"memory after {turn} page loads{'' if name == OURS else ', ' + name}, "
+                      f"against {turns[0]}",
+                      kibibytes[turn] / 1024, kibibytes[turns[0]] / 1024, None, "MiB")
+    picture = endurance.first_frame(1 if short else 5)
+    if picture is None:
+        progress("no first picture: mpv or ffmpeg is not installed")
+    else:
+        table.absolute("play command to first picture (mpv)", picture, "ms")
+
+
+# In the order of the table.
+ALL = {"start": add_start, "keys": add_keys, "link": add_link, "stub": add_stub,
+       "codec": add_codec, "endurance": add_endurance}
