@@ -1,90 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
+/*
+ * What a receiver for the PC does with what it is told.
+ */
 #include "desktop/console/console_command.h"
-#include "desktop/link/protocol_server.h"
-#include "desktop/player/simulated_player.h"
-#include "desktop/receiver.h"
-#include "desktop/recordings/memory_recordings.h"
 #include "desktop/recordings/storage_information.h"
-#include "platform/box_paths.h"
+#include "tests/desktop/receiver_link.h"
 
-#include <QDataStream>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocalServer>
-#include <QLocalSocket>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace {
-
-// Fast enough for a test; a second of the medium passes every other millisecond.
-constexpr SimulatedTiming fastPlayer = {1, 2, 1000, 60 * 1000};
-constexpr ServerTiming fastServer = {20, 2000};
-
-QByteArray bytes(const char *hex) { return QByteArray::fromHex(hex); }
-
-/** A receiver on its own socket, and the two connections of a program to it. */
-struct Link
-{
-    explicit Link(const SimulatedTiming &playerTiming = fastPlayer,
-                  const ServerTiming &serverTiming = fastServer)
-        : server(serverTiming)
-        , player(playerTiming)
-        , receiver(server, player, recordings)
-        , messages(&receiver, &Receiver::message)
-    {
-        failure = server.listen(BoxPaths::receiverSocket());
-        commander.connectToServer(BoxPaths::receiverSocket());
-        listener.connectToServer(BoxPaths::receiverSocket());
-    }
-
-    /** Sends a frame on the commanding connection. */
-    void command(int type, const QByteArray &payload)
-    {
-        QByteArray frame;
-        QDataStream stream(&frame, QIODevice::WriteOnly);
-        stream << 987654321 << type << payload; // Big-endian, the payload with its length.
-        commander.write(frame);
-    }
-
-    /** True once a line with this beginning was printed. */
-    bool printed(const QString &beginning) const
-    {
-        for (const auto &message : messages) {
-            if (message.first().toString().startsWith(beginning))
-                return true;
-        }
-        return false;
-    }
-
-    /** Collects what the listener gets; true once it contains these bytes. */
-    bool heard(const QByteArray &expected)
-    {
-        received += listener.readAll();
-        return received.contains(expected);
-    }
-
-    ProtocolServer server;
-    SimulatedPlayer player;
-    MemoryRecordings recordings;
-    Receiver receiver;
-    QSignalSpy messages;
-    QString failure;
-    QLocalSocket commander;
-    QLocalSocket listener;
-    QByteArray received;
-};
 
 /** Writes down what it is told. */
 class NotingPlayer : public SimulatedPlayer
@@ -106,17 +38,6 @@ public:
     QStringList notes;
 };
 
-/** Leaves a socket file behind on which nobody answers. */
-void leaveStaleSocket(const QString &path)
-{
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, path.toLocal8Bit().constData());
-    ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    ::close(descriptor);
-}
-
 } // namespace
 
 class TestReceiver : public QObject
@@ -128,106 +49,6 @@ private slots:
     {
         m_root = std::make_unique<QTemporaryDir>("/tmp/vrx-XXXXXX");
         BoxPaths::setRoot(m_root->path());
-    }
-
-    /** What a silent or slow receiver was told comes late, in its order and nothing twice. */
-    void actsAsABadReceiver()
-    {
-        const QByteArray muteTwice = bytes("3ade68b1 0000044e 00000000 3ade68b1 0000044e 00000000");
-        const auto muteCount = [](const Link &link) {
-            return std::count_if(link.messages.begin(), link.messages.end(),
-                                 [](const auto &message) { return message.first() == "mute"; });
-        };
-        Link link;
-        link.commander.write(bytes("3ade68b1 0000044e 00000000"));
-        QTRY_COMPARE(muteCount(link), 1);
-        QTest::qWait(150); // Until the other connection counts as a listener.
-        link.receiver.runConsoleCommand(parseConsoleLine("receiver silent 0.3"));
-        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
-        link.commander.write(muteTwice);
-        QTest::qWait(100);
-        QCOMPARE(muteCount(link), 1);
-        QCOMPARE(link.listener.bytesAvailable(), 0);
-        QTRY_COMPARE(muteCount(link), 3);
-        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f9 00000000")));
-        QCOMPARE(link.received.size(), 12);
-
-        link.receiver.runConsoleCommand(parseConsoleLine("receiver slow 300"));
-        link.commander.write(muteTwice);
-        QTest::qWait(100);
-        QCOMPARE(muteCount(link), 3);
-        QTRY_COMPARE(muteCount(link), 5);
-
-        link.receiver.runConsoleCommand(parseConsoleLine("receiver gone"));
-        QTRY_COMPARE(link.listener.state(), QLocalSocket::UnconnectedState);
-        QLocalSocket late;
-        late.connectToServer(BoxPaths::receiverSocket());
-        QVERIFY(!late.waitForConnected(100));
-    }
-
-    void eventsReachOnlyTheSilentConnection()
-    {
-        Link link;
-        QCOMPARE(link.failure, QString());
-        link.commander.write(bytes("3ade68b1 000004b0 00000004 00000500"));
-        QTRY_VERIFY(link.printed("virtual screen 1280"));
-        link.receiver.runConsoleCommand(parseConsoleLine("time 60000 1000"));
-        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
-        QTRY_COMPARE(link.listener.bytesAvailable(), 32);
-        QCOMPARE(link.listener.readAll(), bytes("3ade68b1 000003ed 00000008 0000ea60 000003e8"
-                                                "3ade68b1 000003f9 00000000"));
-        QCOMPARE(link.commander.bytesAvailable(), 0);
-
-        // A listener that starts to speak gets no more events.
-        link.listener.write(bytes("3ade68b1 0000044e 00000000"));
-        QTRY_VERIFY(link.printed("mute"));
-        link.commander.abort();
-        QLocalSocket other;
-        other.connectToServer(BoxPaths::receiverSocket());
-        link.receiver.runConsoleCommand(parseConsoleLine("power off"));
-        QTRY_COMPARE(other.bytesAvailable(), 12);
-        QCOMPARE(other.readAll(), bytes("3ade68b1 00000405 00000000"));
-        QCOMPARE(link.listener.bytesAvailable(), 0);
-    }
-
-    void eventsForNobodyAreDropped()
-    {
-        Link link({}, {20, 30});
-        link.listener.abort();
-        link.commander.write(bytes("3ade68b1 0000044e 00000000"));
-        QTRY_VERIFY(link.printed("mute"));
-        link.receiver.runConsoleCommand(parseConsoleLine("rec error 3"));
-        QTRY_VERIFY(link.printed("dropped, nobody listens: recording error 3"));
-        link.commander.abort();
-        QTRY_COMPARE(link.messages.last().first().toString(), "connection closed");
-        link.receiver.runConsoleCommand(parseConsoleLine("usb unmount"));
-        QVERIFY(link.printed("dropped, nobody listens: usb unmounted"));
-    }
-
-    /** What a listener leaves unread is bounded; it gets whole events and then none. */
-    void eventsForADeafListenerAreBounded()
-    {
-        Link link;
-        link.command(1200, bytes("00000500"));
-        QTRY_VERIFY(link.printed("virtual screen 1280"));
-        link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
-        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f9 00000000")));
-        link.received.clear();
-        link.listener.setReadBufferSize(1);
-        for (int i = 0; i < 20; ++i)
-            link.receiver.runConsoleCommand(
-                parseConsoleLine("audio pids " + QString(1 << 20, 'x')));
-        QVERIFY(link.printed("dropping events, a listener does not read"));
-        link.listener.setReadBufferSize(0);
-        const auto readsAgain = [&link] {
-            link.received += link.listener.readAll();
-            return link.printed("the listener reads again, ");
-        };
-        QTRY_VERIFY(readsAgain());
-        QCOMPARE(link.received.size() % (12 + (1 << 20)), 0);
-        QVERIFY(link.received.size() < 6 * (1 << 20));
-        link.receiver.runConsoleCommand(parseConsoleLine("usb unmount"));
-        QTRY_VERIFY(link.heard(bytes("3ade68b1 000003fa 00000000")));
     }
 
     void requestsAreAnswered_data()
@@ -273,7 +94,7 @@ private slots:
         QFETCH(int, type);
         QFETCH(QByteArray, json);
         QFETCH(QByteArray, answer);
-        Link link;
+        ReceiverLink link;
         RecordingTask task;
         task.url = QString::fromUtf8("/\u00e9");
         task.fileName = "a.ts";
@@ -287,7 +108,7 @@ private slots:
 
     void recordingRequestsChangeTheTasks()
     {
-        Link link;
+        ReceiverLink link;
         link.command(1903, "{\"endTime\":\"20\",\"startTime\":\"10\",\"url\":\"/\xe9\"}");
         link.command(1905, R"({"endTime":"90","id":1})");
         link.command(1908, R"({"maxCnt":1})");
@@ -304,7 +125,7 @@ private slots:
      */
     void storageListsTheDisks()
     {
-        Link link;
+        ReceiverLink link;
         QVERIFY(QDir(BoxPaths::root()).mkpath("media/usb1/films"));
         QVERIFY(QDir(BoxPaths::root()).mkpath("media/disk"));
         link.commander.write(bytes("3ade68b1 0000076e 00000000"));
@@ -321,11 +142,10 @@ private slots:
                  link.received.mid(12));
     }
 
-    /** Each program hears of the portal once, and again when it asks for the previous site. */
     /** A disk that was mounted by name is seen below /media and keeps what it holds. */
     void usbDisksComeAndGo()
     {
-        Link link;
+        ReceiverLink link;
         const auto run = [&link](const QString &line) {
             link.messages.clear();
             link.receiver.runConsoleCommand(parseConsoleLine(line));
@@ -359,9 +179,10 @@ private slots:
         QVERIFY(QFileInfo::exists(BoxPaths::root() + "/media/films"));
     }
 
+    /** Each program hears of the portal once, and again when it asks for the previous site. */
     void portalIsAnnounced()
     {
-        Link link;
+        ReceiverLink link;
         link.receiver.setPortal("http://a/b");
         const QByteArray announcement = bytes("3ade68b1 000003e8 0000000a") + "http://a/b";
         link.command(1200, bytes("00000500"));
@@ -380,7 +201,7 @@ private slots:
     /** What the receiver shows by itself; a key brings the portal back where it is gone. */
     void noticesAreShown()
     {
-        Link link;
+        ReceiverLink link;
         link.receiver.setPortal("http://a/b");
         QSignalSpy notices(&link.receiver, &Receiver::noticeChanged);
         const QByteArray announcement = bytes("3ade68b1 000003e8 0000000a") + "http://a/b";
@@ -402,7 +223,7 @@ private slots:
 
     void consoleNotesTheStateOfRecordings()
     {
-        Link link;
+        ReceiverLink link;
         RecordingTask task;
         task.url = "/a";
         QCOMPARE(link.recordings.create(task), 1);
@@ -415,7 +236,7 @@ private slots:
 
     void playbackOverTheWire()
     {
-        Link link;
+        ReceiverLink link;
         link.command(1000, "/a?duration=3 position:1");
         QTRY_VERIFY(link.heard(bytes("3ade68b1 000003ea 00000000"))); // end
         const int start = link.received.indexOf(bytes("3ade68b1 000003e9 00000000"));
@@ -446,86 +267,9 @@ private slots:
         QCOMPARE(audio.count(), 2);
     }
 
-    void cutFrames()
-    {
-        Link link;
-        const QByteArray stream = bytes("3ade68b1 000003ed 00000004 00001388"
-                                        "3ade68b1 0000076d 00000000"
-                                        "3ade68b1 00000776 00000003 617070");
-        for (const char byte : stream) {
-            link.commander.write(&byte, 1);
-            link.commander.flush();
-            QCoreApplication::processEvents();
-        }
-        QTRY_VERIFY(link.printed("run application app"));
-        QVERIFY(link.printed("seek 5000 ms"));
-        const auto isCommand = [](const QVariantList &message) {
-            return !message.first().toString().startsWith("connection");
-        };
-        QCOMPARE(std::count_if(link.messages.begin(), link.messages.end(), isCommand), 3);
-    }
-
-    void garbageFrames_data()
-    {
-        QTest::addColumn<QByteArray>("garbage");
-        QTest::newRow("piece of a header") << bytes("3ade68");
-        QTest::newRow("huge length") << bytes("3ade68b1 000003e8 7fffffff 6162");
-        QTest::newRow("negative length") << bytes("3ade68b1 000003e8 ffffffff 6162");
-        QTest::newRow("zeros") << QByteArray(4099, '\0');
-        QTest::newRow("ones") << QByteArray(4099, '\xff');
-        QTest::newRow("short payloads") << bytes("3ade68b1 000003ed 00000001 01"
-                                                 "3ade68b1 000004b2 00000005 0000000001"
-                                                 "3ade68b1 00000772 00000001 7b");
-    }
-
-    /** Whatever one connection sends, the receiver serves the next one. */
-    void garbageFrames()
-    {
-        QFETCH(QByteArray, garbage);
-        Link link;
-        QLocalSocket vandal;
-        vandal.connectToServer(BoxPaths::receiverSocket());
-        vandal.write(garbage);
-        vandal.flush();
-        QTRY_COMPARE(vandal.bytesToWrite(), 0);
-        link.commander.write(bytes("3ade68b1 0000076d 00000000"));
-        QTRY_VERIFY(link.printed("reboot"));
-        vandal.abort();
-        QTRY_VERIFY(link.printed("connection closed"));
-    }
-
-    void socketPath()
-    {
-        const QString path = BoxPaths::receiverSocket();
-        QDir().mkpath(QFileInfo(path).path());
-        leaveStaleSocket(path);
-        QVERIFY(QFileInfo::exists(path));
-        {
-            ProtocolServer server;
-            QCOMPARE(server.listen(path), QString());
-            QCOMPARE(QFile::permissions(path) & (QFile::ReadGroup | QFile::WriteGroup |
-                                                 QFile::ReadOther | QFile::WriteOther),
-                     QFile::Permissions());
-            ProtocolServer second;
-            QVERIFY(second.listen(path).contains("already answers"));
-            QLocalSocket socket;
-            socket.connectToServer(path);
-            QVERIFY(socket.waitForConnected());
-        }
-        QVERIFY(!QFileInfo::exists(path));
-
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        ProtocolServer server;
-        QVERIFY(server.listen(path).contains("not a socket"));
-        QVERIFY(QFileInfo(path).isFile());
-        const QString longPath = m_root->path() + "/" + QString(120, 'a');
-        QVERIFY(server.listen(longPath).contains("107"));
-    }
-
     void adjustmentsReachThePlayer()
     {
-        Link link;
+        ReceiverLink link;
         NotingPlayer player;
         Receiver receiver(link.server, player, link.recordings);
         QStringList viewports;

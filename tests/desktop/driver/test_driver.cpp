@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "desktop/driver/capabilities.h"
-#include "desktop/driver/http_front.h"
-#include "desktop/driver/profile.h"
-#include "desktop/driver/webdriver_error.h"
+/*
+ * What a client asks of a box and its page, command by command.
+ */
 #include "tests/desktop/driver/driver_test.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QTcpSocket>
+#include <QJsonObject>
 #include <QtTest>
-
-#include <csignal>
 
 namespace {
 
@@ -43,11 +39,6 @@ class TestDriver : public DriverTest
 
 private slots:
     void initTestCase() { startOn(page); }
-    void capabilities_data();
-    void capabilities();
-    void requestsOfPagesAreRefused_data();
-    void requestsOfPagesAreRefused();
-    void bodiesOfAnyMethod();
     void commands_data();
     void commands();
     void staleElements();
@@ -60,127 +51,7 @@ private slots:
     void portalCanBeClosed();
     void cookiesOfThePage();
     void receiverAndLog();
-    void profiles_data();
-    void profiles();
-    void badProfiles();
-    void endlessScript();
-    void programIsConfined();
-    void crashedProgram();
-    void nothingIsLeft();
-    void nothingIsLeftOfAKilledDriver();
 };
-
-void TestDriver::capabilities_data()
-{
-    QTest::addColumn<QByteArray>("question");
-    QTest::addColumn<QByteArray>("answer"); // A part of what is matched, or the error.
-    const auto row = [](const char *name, const char *question, const char *answer) {
-        QTest::newRow(name) << QByteArray(question) << QByteArray(answer);
-    };
-    row("nothing", R"({})", R"("browserName":"vesprel")");
-    row("own name", R"({"alwaysMatch":{"browserName":"vesprel"}})", R"("platformName":"linux")");
-    row("other name", R"({"alwaysMatch":{"browserName":"other"}})", "session not created");
-    row("second choice", R"({"firstMatch":[{"browserName":"other"},{"pageLoadStrategy":"eager"}]})",
-        R"("pageLoadStrategy":"eager")");
-    row("asked twice", R"({"alwaysMatch":{"timeouts":{}},"firstMatch":[{"timeouts":{}}]})",
-        "invalid argument");
-    row("null is nothing", R"({"alwaysMatch":{"browserName":null,"pageLoadStrategy":null}})",
-        R"("pageLoadStrategy":"normal")");
-    row("no alternative", R"({"firstMatch":[]})", "invalid argument");
-    row("unknown", R"({"alwaysMatch":{"foo":1}})", "invalid argument");
-    row("foreign", R"({"alwaysMatch":{"other:foo":1}})", R"("browserName":"vesprel")");
-    row("wrong type", R"({"alwaysMatch":{"acceptInsecureCerts":"yes"}})", "invalid argument");
-    row("bad later alternative", R"({"firstMatch":[{},{"pageLoadStrategy":"slow"}]})",
-        "invalid argument");
-    row("version", R"({"alwaysMatch":{"browserVersion":">=1.0"}})", R"("browserVersion":"1.)");
-    row("later version", R"({"alwaysMatch":{"browserVersion":">=1.9999"}})", "session not created");
-    row("timeouts", R"({"alwaysMatch":{"timeouts":{"script":null,"implicit":5}}})",
-        R"("timeouts":{"implicit":5,"pageLoad":300000,"script":null})");
-    row("bad timeout", R"({"alwaysMatch":{"timeouts":{"script":-1}}})", "invalid argument");
-    row("prompts", R"({"alwaysMatch":{"unhandledPromptBehavior":{"alert":"accept"}}})",
-        R"("unhandledPromptBehavior":{"alert":"accept"})");
-    row("bad prompts", R"({"alwaysMatch":{"unhandledPromptBehavior":"think"}})",
-        "invalid argument");
-    row("proxy without type", R"({"alwaysMatch":{"proxy":{}}})", "invalid argument");
-    row("proxy port", R"({"alwaysMatch":{"proxy":{"proxyType":"manual","httpProxy":"a:65536"}}})",
-        "invalid argument");
-    row("proxy", R"({"alwaysMatch":{"proxy":{"proxyType":"system"}}})", "session not created");
-    row("screen", R"({"alwaysMatch":{"vesprel:options":{"screen":"big"}}})", "invalid argument");
-    row("profile", R"({"alwaysMatch":{"vesprel:options":{"profile":20}}})", "invalid argument");
-    row("option", R"({"alwaysMatch":{"vesprel:options":{"model":"a"}}})", "invalid argument");
-}
-
-void TestDriver::capabilities()
-{
-    QFETCH(QByteArray, question);
-    QFETCH(QByteArray, answer);
-    QByteArray result;
-    try {
-        result =
-            compact(chooseCapabilities(
-                        QJsonDocument::fromJson("{\"capabilities\":" + question + "}").object())
-                        .matched);
-    } catch (const WebDriverError &error) {
-        result = error.code.toUtf8();
-    }
-    QVERIFY2(result.contains(answer), result);
-}
-
-void TestDriver::requestsOfPagesAreRefused_data()
-{
-    QTest::addColumn<QString>("host");
-    QTest::addColumn<QString>("origin");
-    QTest::addColumn<bool>("allowed");
-    QTest::newRow("client") << "127.0.0.1:4444" << QString() << true;
-    QTest::newRow("name") << "localhost:4444" << QString() << true;
-    QTest::newRow("IPv6") << "[::1]:4444" << QString() << true;
-    QTest::newRow("rebound name") << "portal.example:4444" << QString() << false;
-    QTest::newRow("similar name") << "localhost.example" << QString() << false;
-    QTest::newRow("no host") << QString() << QString() << false;
-    QTest::newRow("given host") << "box.test:4444" << QString() << true;
-    QTest::newRow("page") << "127.0.0.1:4444"
-                          << "http://127.0.0.1:8080" << false;
-    QTest::newRow("given page") << "127.0.0.1:4444"
-                                << "http://lab.test" << true;
-}
-
-void TestDriver::requestsOfPagesAreRefused()
-{
-    QFETCH(QString, host);
-    QFETCH(QString, origin);
-    DriverOptions options;
-    options.allowedHosts = QStringList{"box.test"};
-    options.allowedOrigins = QStringList{"http://lab.test"};
-    QTEST(isAllowed(host, origin, options), "allowed");
-}
-
-/** Clients send a body with any method, in a piece of its own, or none and say nothing of it. */
-void TestDriver::bodiesOfAnyMethod()
-{
-    QTcpSocket socket;
-    socket.connectToHost("127.0.0.1", quint16(m_client.port()));
-    QVERIFY(socket.waitForConnected());
-    const auto answer = [&socket](const QByteArray &request, const QByteArray &body) {
-        const QByteArray length = "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
-        socket.write(request + " HTTP/1.1\r\nHost: localhost\r\n" +
-                     (body.isEmpty() ? QByteArray() : length) + "\r\n");
-        socket.flush();
-        QTest::qWait(50);
-        socket.write(body);
-        // The answer may have come before the body went.
-        QByteArray text = socket.readAll();
-        while (!text.contains("}}") && socket.waitForReadyRead(20000))
-            text += socket.readAll();
-        return text.left(text.indexOf("\r\n")) + text.mid(text.indexOf("\r\n\r\n") + 4).left(19);
-    };
-    const QByteArray status = "HTTP/1.1 200 OK{\"value\":{\"build\":{";
-    const QByteArray unknown = "HTTP/1.1 404 Not Found{\"value\":{\"error\":\"";
-    QCOMPARE(answer("GET /status", "{}"), status);
-    QCOMPARE(answer("DELETE /session/none/cookie", "{}"), unknown);
-    QCOMPARE(answer("POST /session/none/back", ""), unknown);
-    QCOMPARE(answer("DELETE /session/none/cookie", ""), unknown);
-    QCOMPARE(answer("GET /status", ""), status);
-}
 
 void TestDriver::commands_data()
 {
@@ -498,124 +369,6 @@ void TestDriver::receiverAndLog()
     QByteArray messages;
     QTRY_VERIFY((messages += compact(m_client.get("vesprel/messages").value)).contains("nothing"));
     QVERIFY2(messages.contains("hello"), messages);
-}
-
-void TestDriver::endlessScript()
-{
-    openPage();
-    m_client.post("timeouts", R"({"script":200})");
-    QCOMPARE(m_client.script("for (;;);").error(), QString("script timeout"));
-    QCOMPARE(m_client.end().status, 200);
-    QTRY_VERIFY(m_client.children().isEmpty());
-    QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
-    QCOMPARE(m_client.begin().status, 200);
-}
-
-void TestDriver::profiles_data()
-{
-    QTest::addColumn<QByteArray>("options");
-    QTest::addColumn<QByteArray>("answer"); // What the page finds, or a part of the error.
-    const auto row = [](const char *name, const char *options, const char *answer) {
-        QTest::newRow(name) << QByteArray(options) << QByteArray(answer);
-    };
-    row("none", R"({})", R"("VB-DESK Vesprel VB-DESK 1.0.0 100 1280x720 MAG200")");
-    row("model", R"({"profile":"vb40"})", R"("VB40 Vesprel VB40 1.2.0 120 1920x1080 VB40")");
-    row("more of it", R"({"profile":"vb40","screen":"800x600","environment":{"Q_MODEL":"X"}})",
-        R"("X Vesprel VB40 1.2.0 120 800x600 VB40")");
-    row("unknown", R"({"profile":"vb41"})", "only desk, vb20, vb40.");
-    row("path", R"({"profile":"../profiles/vb40"})", "There is no profile");
-}
-
-void TestDriver::profiles()
-{
-    QFETCH(QByteArray, options);
-    QFETCH(QByteArray, answer);
-    m_client.end();
-    QJsonObject object = QJsonDocument::fromJson(options).object();
-    object["player"] = "simulated";
-    QByteArray result = compact(m_client.begin({{"vesprel:options", object}}).value);
-    if (!result.contains("session not created")) {
-        openPage();
-        result = compact(
-            m_client
-                .script(
-                    "return [gSTB.GetDeviceModel(), gSTB.Version(), gSTB.GetDeviceImageVersion(),"
-                    "innerWidth + 'x' + innerHeight,"
-                    "/\\) ([^)]*) stbapp/.exec(navigator.userAgent)[1]].join(' ')")
-                .value);
-    }
-    QVERIFY2(result.contains(answer), result);
-    m_client.end();
-    QCOMPARE(m_client.begin().status, 200);
-}
-
-void TestDriver::badProfiles()
-{
-    QString failure;
-    QCOMPARE(parseProfile("# a box\n\nA=\"b\" c = d \nB=\n", failure),
-             (Profile{{"A", "\"b\" c = d "}, {"B", ""}}));
-    QCOMPARE(failure, QString());
-    for (const char *text : {"A=b\nexport B=c\n", "A=b\n =c\n", "A=b\nB\n"}) {
-        QCOMPARE(parseProfile(text, failure), Profile());
-        QCOMPARE(failure, QString("line 2 is no NAME=VALUE"));
-    }
-}
-
-void TestDriver::programIsConfined()
-{
-    if (QProcess::execute("bwrap", {"--ro-bind", "/", "/", "--dev", "/dev", "true"}) != 0)
-        QSKIP("bwrap is not installed, or may not work here.");
-    const QList<qint64> programs =
-        m_client.children("vesprel") + m_client.children("vesprel-receive");
-    QCOMPARE(programs.size(), 2);
-    for (const qint64 id : programs) {
-        QFile file(QString("/proc/%1/mounts").arg(id));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QByteArray written;
-        const QList<QByteArray> lines = file.readAll().split('\n');
-        for (const QByteArray &line : lines) {
-            const QList<QByteArray> fields = line.split(' ');
-            if (fields.value(1) == "/")
-                QVERIFY2(fields.value(3).startsWith("ro"), line);
-            if (fields.value(3).startsWith("rw") && fields.value(1).contains("/vesprel-driver."))
-                written += fields.value(1);
-        }
-        QCOMPARE(written.count("/vesprel-driver."), 1);
-    }
-}
-
-void TestDriver::crashedProgram()
-{
-    const QList<qint64> programs = m_client.children("vesprel");
-    QCOMPARE(programs.size(), 1);
-    // A signal that sanitizers leave alone.
-    QCOMPARE(::kill(pid_t(programs.first()), SIGABRT), 0);
-    const DriverClient::Answer answer = m_client.get("title");
-    QCOMPARE(answer.error(), QString("unknown error"));
-    const QString message = answer.value.toObject().value("message").toString();
-    QVERIFY2(message.contains("signal 6") && message.contains("finishLoading"),
-             qPrintable(message));
-    QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
-}
-
-void TestDriver::nothingIsLeft()
-{
-    QCOMPARE(m_client.begin().status, 200);
-    QVERIFY(m_client.children().size() >= 4);
-    QCOMPARE(m_client.end().status, 200);
-    QTRY_VERIFY(m_client.children().isEmpty());
-    QCOMPARE(m_client.files(), QStringList());
-}
-
-void TestDriver::nothingIsLeftOfAKilledDriver()
-{
-    QCOMPARE(m_client.begin().status, 200);
-    const QList<qint64> children = m_client.children();
-    m_client.process().kill();
-    QVERIFY(m_client.process().waitForFinished());
-    for (const qint64 child : children)
-        QTRY_VERIFY_WITH_TIMEOUT(!DriverClient::isRunning(child), 30000);
-    QTRY_COMPARE_WITH_TIMEOUT(m_client.files(), QStringList(), 30000);
 }
 
 QTEST_GUILESS_MAIN(TestDriver)
