@@ -4,9 +4,9 @@
 # "lint" runs the linters; a preset is built, and "desktop" (the default) and "sanitize" run all
 # tests, "tsan" those of what runs in more than one thread; "armhf" and "arm64" all, in an emulator,
 # and "i386", under sanitizers. "fuzz" runs every fuzzer for a moment. "desk" runs all tests of
-# run.sh, of which the others run the quick ones; "bench" measures briefly, and compares with what was kept;
-# "soak" is two minutes of soak/run; "coverage" tells which lines the tests run, "mutate" how many
-# faults they see.
+# run.sh, of which the others run the quick ones; "bench" measures briefly and compares with what was
+# kept; "soak" is two minutes of soak/run; "coverage" tells which lines the tests run, "mutate" how
+# many faults they see.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/packages.sh
