@@ -72,6 +72,8 @@ void act(MpvPlayer &player, int action, const QByteArray &text)
     case 9: player.setAspect(static_cast<Aspect>(number & 0x7F)); break;
     case 10: player.changeVolume(number % 1000); break;
     case 11: player.toggleMute(); break;
+    case 14: player.setSubtitleLanguages({QString::fromLatin1(text)}); break;
+    case 15: player.setSound(qBound(0, number, 100), text.endsWith('m')); break;
     default: player.setSilent(number != 0); break;
     }
 }
@@ -94,10 +96,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     while (!input.atEnd()) {
         const int action = input.byte() % 32;
         const QByteArray line = input.line();
-        if (action < 13)
-            act(player, action, line);
-        else if (action == 13)
+        if (action == 13)
             channel.crash(line.startsWith('x'));
+        else if (action < 16)
+            act(player, action, line);
         else
             channel.hear(line);
     }

@@ -14,6 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString origin = originText(QUrl(address));
     FUZZ_CHECK(origins.allow(origin) || origins.areLimited());
     FUZZ_CHECK(!origins.areLimited() || !origins.allow(QString()));
+    FUZZ_CHECK(origins.areLimited() || origins.ignored().isEmpty());
     FUZZ_CHECK(origin.isEmpty() || originText(QUrl(origin)) == origin);
     return 0;
 }

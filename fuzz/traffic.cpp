@@ -3,7 +3,10 @@
 // whatever the program says meanwhile.
 #include "desktop/traffic/traffic_file.h"
 #include "desktop/traffic/traffic_replay.h"
+#include "enigma2/messages.h" // Not its aim.
 #include "fuzz/support/input.h"
+
+#include <iterator>
 
 namespace {
 
@@ -11,8 +14,13 @@ void replay(const QVector<TrafficMessage> &messages, const QByteArray &commands)
 {
     qint64 now = 0;
     TrafficReplay replay(messages, now);
-    for (const char c : commands)
-        replay.take(1000 + static_cast<std::uint8_t>(c), QByteArray(), now += 10);
+    for (const char c : commands) {
+        // Of the commands that there are each, some as they were recorded.
+        const auto number = static_cast<std::uint8_t>(c);
+        const auto type = static_cast<int>(commandRows[number % std::size(commandRows)].command);
+        const TrafficMessage recorded = messages.value(number % messages.size());
+        replay.take(type, recorded.type == type ? recorded.payload : QByteArray(), now += 10);
+    }
     for (int i = 0; i <= messages.size(); ++i) {
         const std::optional<qint64> next = replay.nextTime();
         if (!next)
