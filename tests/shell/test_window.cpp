@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/box_paths.h"
-#include "shell/pages/network.h"
-#include "shell/pages/page_kind.h"
 #include "shell/window_placement.h"
 #include "tests/support/http_server.h"
 #include "tests/support/log_capture.h"
@@ -10,9 +7,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QMdiSubWindow>
-#include <QNetworkDiskCache>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QTest>
 #include <QWebSettings>
 #include <QWebView>
@@ -21,21 +16,14 @@ namespace {
 
 const QByteArray mediaStop = "3ade68b1000003e900000000";
 const QByteArray quit = "3ade68b1000007cf00000000";
-// "show load page error" and "youtube", as requests to run an application.
-const QByteArray errorPage = "3ade68b100000776"
-                             "00000014"
-                             "73686f77206c6f61642070616765206572726f72";
+// "youtube", as a request to run an application.
 const QByteArray youtube = "3ade68b100000776"
                            "00000007"
                            "796f7574756265";
 
-using Error = QNetworkReply::NetworkError;
-
 } // namespace
 
-Q_DECLARE_METATYPE(PageMode)
-
-/** The window around its pages: loading, failures, quitting, its end and what it reads. */
+/** The window around its pages: its place, what it shows and reads, quitting, its end. */
 class TestWindow : public QObject
 {
     Q_OBJECT
@@ -53,9 +41,8 @@ private:
 private slots:
     void init()
     {
-        for (const char *variable :
-             {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "Q_USER_AGENT", "Q_CACHE_PATH", "Q_CACHE_MAX_SIZE",
-              "VESPREL_WINDOW", "WAYLAND_DISPLAY", "WESTON_CONFIG_FILE"})
+        for (const char *variable : {"Q_MAIN_APP_MODE", "Q_WEB_DEBUG", "VESPREL_WINDOW",
+                                     "WAYLAND_DISPLAY", "WESTON_CONFIG_FILE"})
             qunsetenv(variable);
     }
 
@@ -140,63 +127,6 @@ private slots:
             QVERIFY(!pane->systemMenu());
     }
 
-    void judgedReplies_data()
-    {
-        QTest::addColumn<Error>("error");
-        QTest::addColumn<QUrl>("reply");
-        QTest::addColumn<bool>("loaded");
-        QTest::addColumn<QString>("asks");
-        const QUrl start("http://tv/start");
-        const QUrl other("http://tv/other.png");
-        const QUrl services("file:///home/web/services.html?x");
-        QTest::newRow("success") << Error::NoError << start << false << "";
-        QTest::newRow("cancelled") << Error::OperationCanceledError << start << false << "";
-        QTest::newRow("unknown host")
-            << Error::HostNotFoundError << other << true << "error record";
-        QTest::newRow("start page") << Error::TimeoutError << start << false << "error record";
-        QTest::newRow("start page, loaded") << Error::TimeoutError << start << true << "record";
-        QTest::newRow("other") << Error::ContentNotFoundError << other << false << "record";
-        QTest::newRow("services") << Error::ContentNotFoundError << services << false
-                                  << "services record";
-        QTest::newRow("services denied")
-            << Error::ContentAccessDenied << services << false << "record";
-    }
-
-    void judgedReplies()
-    {
-        QFETCH(Error, error);
-        QFETCH(QUrl, reply);
-        QFETCH(bool, loaded);
-        BoxPaths::setRoot("");
-        const QUrl start("http://tv/start");
-        const NetworkFailure failure = judgeReply(error, reply, start, loaded ? start : QUrl());
-        QStringList asks;
-        if (failure.servicesMenu)
-            asks += "services";
-        if (failure.errorPage)
-            asks += "error";
-        if (failure.reported)
-            asks += "record";
-        QTEST(asks.join(' '), "asks");
-    }
-
-    void pageModes_data()
-    {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<PageMode>("mode");
-        QTest::newRow("portal") << "http://tv/c/index.html" << PageMode::Portal;
-        QTest::newRow("application") << "file:///vesprel_apps/x" << PageMode::Application;
-        QTest::newRow("video") << "http://tv/external/youtube/" << PageMode::Application;
-        QTest::newRow("settings") << "http://tv/external/settings/" << PageMode::Settings;
-        QTest::newRow("both") << "file:///vesprel_apps/external/settings" << PageMode::Application;
-    }
-
-    void pageModes()
-    {
-        QFETCH(QString, url);
-        QTEST(pageModeOf(url), "mode");
-    }
-
     void urlChange()
     {
         build();
@@ -208,126 +138,12 @@ private slots:
         QCOMPARE(qgetenv("portal1"), QUrl(url).toEncoded());
     }
 
-    void failedStartPage()
-    {
-        build();
-        HttpServer server;
-        server.page("/sub", "<img src='/missing.png'>");
-        const QUrl gone = server.url("/gone");
-        LogCapture log;
-        m_portal->window.setUrl(gone);
-        QTRY_COMPARE(m_portal->receiver.received(), errorPage);
-        QVERIFY(log.take().contains("Need show error page"));
-        // A missing sub-resource of a page that does load asks for nothing.
-        m_portal->receiver.clear();
-        QSignalSpy loaded(m_portal->view(), &QWebView::loadFinished);
-        m_portal->window.setUrl(server.url("/sub"));
-        QVERIFY(loaded.wait());
-        QVERIFY(log.take().join('\n').contains("QNetworkReply::ContentNotFoundError"));
-        QCOMPARE(m_portal->receiver.received(), QByteArray());
-    }
-
-    void missingServicesPage()
-    {
-        build();
-        const QString url = BoxPaths::servicesPageUrl();
-        m_portal->window.setUrl(QUrl(url));
-        QByteArray frame = "3ade68b100000776" +
-                           QByteArray::number(url.size(), 16).rightJustified(8, '0') +
-                           url.toLatin1().toHex();
-        QTRY_COMPARE(m_portal->receiver.received(), frame + errorPage);
-    }
-
-    void userAgent_data()
-    {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<QByteArray>("header");
-        const QByteArray box = "Mozilla/5.0 (Unknown; Linux) AppleWebKit/538.1 (KHTML, like Gecko) "
-                               "MAG200 stbapp ver: 4 rev: 734 Mobile Safari/538.1";
-        QTest::newRow("override") << QByteArray("Test/1") << QByteArray("Test/1");
-        QTest::newRow("prefix") << QByteArray("User-Agent: Test/2") << QByteArray("Test/2");
-        QTest::newRow("other case") << QByteArray("user-agent: x") << QByteArray("user-agent: x");
-        QTest::newRow("empty") << QByteArray("") << box;
-    }
-
-    void userAgent()
-    {
-        QFETCH(QByteArray, variable);
-        QFETCH(QByteArray, header);
-        qputenv("Q_USER_AGENT", variable);
-        build();
-        HttpServer server;
-        server.page("/", "x");
-        m_portal->window.setUrl(server.url("/"));
-        QTRY_COMPARE(server.requests().size(), 1);
-        QVERIFY(server.requests().first().contains("\r\nUser-Agent: " + header + "\r\n"));
-    }
-
-    /** The portal's API calls follow redirects by themselves; everything else as it came. */
-    void redirects()
-    {
-        HttpServer server;
-        server.redirect("/a.php?type=x", "/target");
-        server.redirect("/a.php?TYPE=x", "/target");
-        server.page("/target", "arrived");
-        const auto fetch = [&server](const QString &path) {
-            QNetworkReply *reply = sharedNetworkAccess.get(QNetworkRequest(server.url(path)));
-            QSignalSpy finished(reply, &QNetworkReply::finished);
-            finished.wait();
-            reply->deleteLater();
-            return reply->readAll();
-        };
-        QCOMPARE(fetch("/a.php?type=x"), QByteArray("arrived"));
-        QCOMPARE(fetch("/a.php?TYPE=x"), QByteArray());
-    }
-
-    void diskCache_data()
-    {
-        QTest::addColumn<QByteArray>("size");
-        QTest::addColumn<qint64>("maximum");
-        QTest::newRow("unset") << QByteArray() << QNetworkDiskCache().maximumCacheSize();
-        QTest::newRow("bytes") << QByteArray("5000000000") << qint64(5000000000);
-        QTest::newRow("no number") << QByteArray("abc") << qint64(0);
-    }
-
-    void diskCache()
-    {
-        QFETCH(QByteArray, size);
-        QTemporaryDir folder;
-        qputenv("Q_CACHE_PATH", folder.filePath("cache").toLocal8Bit());
-        if (!size.isNull())
-            qputenv("Q_CACHE_MAX_SIZE", size);
-        LogCapture log;
-        build();
-        auto *cache = qobject_cast<QNetworkDiskCache *>(sharedNetworkAccess.cache());
-        QVERIFY(cache);
-        QCOMPARE(cache->cacheDirectory(), folder.filePath("cache") + "/");
-        QTEST(cache->maximumCacheSize(), "maximum");
-        QCOMPARE(log.take().filter("etMaximumCacheSize").size(), size.isNull() ? 0 : 1);
-        m_portal.reset();
-        QVERIFY(!sharedNetworkAccess.cache());
-    }
-
     void webDebugScript()
     {
         qputenv("Q_WEB_DEBUG", "document.title = 'debugged'");
         build();
         m_portal->load("<title>plain</title>");
         QCOMPARE(m_portal->evaluate("document.title"), QVariant("debugged"));
-    }
-
-    /** A page of the network may read the box's own files. */
-    void localFilesFromTheNetwork()
-    {
-        build();
-        HttpServer server;
-        const QString file = m_portal->root.write("data.txt", "local text");
-        server.page("/", "<script>var r = new XMLHttpRequest(), text = 'none';"
-                         "r.onload = function () { text = r.responseText; };"
-                         "r.open('GET', 'file://" +
-                             file.toUtf8() + "'); r.send();</script>");
-        m_portal->window.setUrl(server.url("/"));
-        QTRY_COMPARE(m_portal->evaluate("text"), QVariant("local text"));
     }
 
     /** The video plane lies below the window: nothing but what pages draw may cover it. */
@@ -370,15 +186,6 @@ private slots:
                                          Settings::DeveloperExtrasEnabled})
                 QVERIFY2(view->settings()->testAttribute(attribute), QByteArray::number(attribute));
         }
-    }
-
-    void networkGoes()
-    {
-        build();
-        LogCapture log;
-        emit sharedNetworkAccess.networkAccessibleChanged(QNetworkAccessManager::NotAccessible);
-        QCOMPARE(log.take(), QStringList("NetworkAccessibleChanged( "
-                                         "QNetworkAccessManager::NotAccessible"));
     }
 
     void quitAndNewPortal()
