@@ -14,6 +14,7 @@ namespace {
 
 // More than the splitter keeps room for once it is used up.
 constexpr int largeSize = 1100 * 1024;
+constexpr int mostLargeOnes = 3;
 
 using Frames = std::vector<std::pair<std::int32_t, std::string>>;
 using Skips = std::vector<std::pair<std::int32_t, std::size_t>>;
@@ -118,6 +119,7 @@ void splitMessages(Input input)
 {
     constexpr std::size_t mostBeyond = std::numeric_limits<std::int32_t>::max() - largestPayload;
     Sender sender;
+    int largeOnes = 0;
     while (!input.atEnd()) {
         const int kind = input.byte();
         const std::int32_t type = input.integer();
@@ -127,7 +129,8 @@ void splitMessages(Input input)
             sender.sendTooLarge(type, largestPayload + beyond,
                                 static_cast<std::size_t>(payload.size()));
         } else {
-            sender.send(type, kind == 0xEF ? payload.leftJustified(largeSize, 'x') : payload);
+            const bool isLarge = kind == 0xEF && largeOnes++ < mostLargeOnes;
+            sender.send(type, isLarge ? payload.leftJustified(largeSize, 'x') : payload);
         }
         if (kind % 2 == 0)
             sender.flush(static_cast<std::size_t>(input.byte()));
