@@ -37,6 +37,8 @@ extern "C" [[noreturn]] void _exit(int status)
         ::syscall(SYS_exit_group, status);
 }
 
+extern "C" [[noreturn]] void _Exit(int status) { _exit(status); }
+
 namespace {
 
 void writeCounts(int signal)

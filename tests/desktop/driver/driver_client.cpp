@@ -9,6 +9,12 @@
 #include <QNetworkReply>
 #include <QRegularExpression>
 
+DriverClient::~DriverClient()
+{
+    m_process.terminate();
+    m_process.waitForFinished();
+}
+
 bool DriverClient::start()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

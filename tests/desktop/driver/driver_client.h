@@ -21,6 +21,13 @@ public:
         QString error() const { return value.toObject().value("error").toString(); }
     };
 
+    DriverClient() = default;
+    DriverClient(const DriverClient &) = delete;
+    DriverClient &operator=(const DriverClient &) = delete;
+
+    /** Ends the driver, which ends its boxes. */
+    ~DriverClient();
+
     /** Starts the driver; false if it does not get ready. */
     bool start();
 
