@@ -304,7 +304,8 @@ private slots:
         QVERIFY(log.take().contains("Enigma2 onError:  2"));
         // Nothing calls it, but it is part of the interface.
         QVERIFY(QMetaObject::invokeMethod(m_bench->link.get(), "onDisConnected"));
-        QCOMPARE(log.take(), QStringList("Enigma2 onDisConnected"));
+        // Among what the reader's thread says as it starts.
+        QCOMPARE(log.take().count("Enigma2 onDisConnected"), 1);
         m_bench->link->MediaStop();
         QCOMPARE(m_bench->link->GetStorageInfo(), QString("[]"));
     }

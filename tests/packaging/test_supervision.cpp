@@ -38,11 +38,12 @@ public:
         writeStarter("receiver", RECEIVER " --player simulated");
         writeStarter("program", VESPREL_PROGRAM);
         const QString settings = root.write(
-            "settings", "RECEIVER_COMMAND=\"%/receiver\"\nVESPREL_PROGRAM=\"%/program\"\n"
-                        "VESPREL_SOCKET=\"%/home/.sock.vesprel\"\nVESPREL_RUN=\"%/run\"\n"
-                        "VESPREL_LOG=\"%/log\"\nVESPREL_MEDIA=\"%\"\nVESPREL_HOME=\"%/home\"\n"
-                        "VESPREL_SILENCE=\"6\"\nVESPREL_MEMORY_KB=\"" MEMORY_KB "\"\nRUN_AS=\"\"\n"
-                        "Q_VESPREL_PORTAL=\"file://%/portal.html\"\nVESPREL_ROOT=\"%\"\n");
+            "settings",
+            "RECEIVER_COMMAND=\"%/receiver\"\nVESPREL_PROGRAM=\"%/program\"\n"
+            "VESPREL_SOCKET=\"%/home/.sock.vesprel\"\nVESPREL_RUN=\"%/run\"\n"
+            "VESPREL_LOG=\"%/log\"\nVESPREL_MEDIA=\"%\"\nVESPREL_HOME=\"%/home\"\n"
+            "VESPREL_SILENCE=\"" SILENCE "\"\nVESPREL_MEMORY_KB=\"" MEMORY_KB "\"\nRUN_AS=\"\"\n"
+            "Q_VESPREL_PORTAL=\"file://%/portal.html\"\nVESPREL_ROOT=\"%\"\n");
         const QByteArray folder = BoxPaths::root().toLocal8Bit();
         writeFile(settings, contentOf(settings).replace("%", folder));
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -129,7 +130,7 @@ private slots:
         const pid_t stopped = box.process("program");
         QCOMPARE(::kill(stopped, SIGSTOP), 0);
         verifyPortal("silence of the whole program");
-        QCOMPARE(box.count("no sign of life for 6 s"), 1);
+        QCOMPARE(box.count("no sign of life for " SILENCE " s"), 1);
         QVERIFY(!isRunning(stopped));
 
 #ifndef __SANITIZE_ADDRESS__

@@ -225,8 +225,9 @@ private slots:
         build();
         LogCapture log;
         emit sharedNetworkAccess.networkAccessibleChanged(QNetworkAccessManager::NotAccessible);
-        QCOMPARE(log.take(), QStringList("NetworkAccessibleChanged( "
-                                         "QNetworkAccessManager::NotAccessible"));
+        // Among what the link's thread says as it starts.
+        QCOMPARE(log.take().count("NetworkAccessibleChanged( QNetworkAccessManager::NotAccessible"),
+                 1);
     }
 };
 
