@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <mutex>
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
@@ -38,6 +39,14 @@ QSet<quint8> modifierKeys(xcb_connection_t *connection)
     return result;
 }
 
+/** Connects from any thread: libXau keeps the name of the authority file in one static buffer. */
+xcb_connection_t *connectTo(const QString &name)
+{
+    static std::mutex one;
+    const std::lock_guard<std::mutex> lock(one);
+    return xcb_connect(name.toLatin1().constData(), nullptr);
+}
+
 bool givesNothing(const xcb_keysym_t *levels, int count)
 {
     return std::all_of(levels, levels + count, [](xcb_keysym_t symbol) { return symbol == 0; });
@@ -47,8 +56,7 @@ bool givesNothing(const xcb_keysym_t *levels, int count)
 
 std::unique_ptr<Display> Display::open(const QString &name, Keyboard keyboard)
 {
-    int screenNumber = 0;
-    xcb_connection_t *connection = xcb_connect(name.toLatin1().constData(), &screenNumber);
+    xcb_connection_t *connection = connectTo(name);
     if (xcb_connection_has_error(connection)) {
         xcb_disconnect(connection);
         return nullptr;

@@ -24,8 +24,8 @@ public:
     };
 
     /**
-     * Connects and prepares the keyboard; none if that fails. An arranged display's pointer goes
-     * to the corner.
+     * Connects and prepares the keyboard; none if that fails. From any thread. An arranged
+     * display's pointer goes to the corner.
      */
     static std::unique_ptr<Display> open(const QString &name, Keyboard keyboard);
 
