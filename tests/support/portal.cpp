@@ -44,6 +44,13 @@ Portal::Portal()
     window.findChild<Enigma2 *>()->setReplyTimeout(500);
 }
 
+bool Portal::reachReceiver()
+{
+    const bool reached = QTest::qWaitFor([this] { return receiver.isConnected(); });
+    receiver.clear();
+    return reached;
+}
+
 void Portal::load(const QByteArray &body, const QString &name)
 {
     const QString path = root.write("pages/" + name, "<!DOCTYPE html><html>" + body);

@@ -32,6 +32,9 @@ class Portal
 public:
     Portal();
 
+    /** Waits for the receiver to be reached and forgets what it was told; false after 5 s. */
+    bool reachReceiver();
+
     /** Loads a page with this body and waits for it; the URL's last piece is `name`. */
     void load(const QByteArray &body, const QString &name = "portal.html");
 

@@ -77,8 +77,7 @@ private slots:
     void init()
     {
         m_portal = std::make_unique<Portal>();
-        QTRY_VERIFY(m_portal->receiver.isConnected());
-        m_portal->receiver.clear();
+        QVERIFY(m_portal->reachReceiver());
         m_portal->window.resize(1280, 720);
         m_portal->load(tracingPage);
     }
