@@ -411,6 +411,15 @@ private slots:
         QVERIFY(m_page->evaluate("/^[0-9a-f]{40}$/.test(gSTB.GetHashVersion1('a', 'b'))").toBool());
     }
 
+    /** A box that opens its sound has nothing to tell of it. */
+    void soundDeviceOpens()
+    {
+        m_page.reset();
+        LogCapture log;
+        m_page = std::make_unique<GstbPage>();
+        QCOMPARE(log.take().filter("HI_UNF_SND"), QStringList());
+    }
+
     /** A device that was taken away costs records and answers of 0, nothing else. */
     void soundDeviceGone()
     {

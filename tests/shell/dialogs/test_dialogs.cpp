@@ -218,6 +218,18 @@ private slots:
         QTRY_COMPARE(m_portal->receiver.received(), bytes);
     }
 
+    /** Keys that the box makes of events are the page's, also while it asks. */
+    void eventKeys()
+    {
+        ask("trace.push(confirm('x'))", [this] {
+            m_portal->window.OnUsbMounted();
+            QCoreApplication::sendPostedEvents();
+            press(Qt::Key_Return);
+        });
+        QTRY_VERIFY(m_portal->trace().endsWith("true"));
+        QVERIFY2(m_portal->trace().contains("keydown(alt+80)"), qPrintable(m_portal->trace()));
+    }
+
     void answeredByThemselves_data()
     {
         QTest::addColumn<Act>("act");

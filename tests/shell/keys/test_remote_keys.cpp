@@ -162,18 +162,25 @@ private slots:
         QTest::addColumn<QString>("state");
         QTest::addColumn<int>("key");
         QTest::addColumn<QString>("trace");
+        QTest::addColumn<QString>("record");
         const QString tv = "stb.cur_place = 'tv';";
-        QTest::newRow("up") << tv << int(Qt::Key_PageUp) << "keyup(33) keydown(9) keyup(9)";
+        QTest::newRow("up") << tv << int(Qt::Key_PageUp) << "keyup(33) keydown(9) keyup(9)"
+                            << "convert key to ch+";
         QTest::newRow("down") << tv << int(Qt::Key_PageDown)
-                              << "keyup(34) keydown(shift+9) keyup(shift+9)";
+                              << "keyup(34) keydown(shift+9) keyup(shift+9)"
+                              << "convert key to ch-";
         QTest::newRow("time shift") << tv + "stb.player.active_time_shift = true;"
-                                    << int(Qt::Key_PageUp) << "keydown(33) keyup(33)";
+                                    << int(Qt::Key_PageUp) << "keydown(33) keyup(33)"
+                                    << "";
         QTest::newRow("menu open") << tv + "module.tv.dom_obj.hidden = false;"
-                                   << int(Qt::Key_PageUp) << "keydown(33) keyup(33)";
+                                   << int(Qt::Key_PageUp) << "keydown(33) keyup(33)"
+                                   << "";
         QTest::newRow("elsewhere")
-            << "stb.cur_place = 'vclub';" << int(Qt::Key_PageDown) << "keydown(34) keyup(34)";
+            << "stb.cur_place = 'vclub';" << int(Qt::Key_PageDown) << "keydown(34) keyup(34)"
+            << "";
         QTest::newRow("no portal objects")
-            << "stb = undefined;" << int(Qt::Key_PageUp) << "keydown(33) keyup(33)";
+            << "stb = undefined;" << int(Qt::Key_PageUp) << "keydown(33) keyup(33)"
+            << "";
     }
 
     void channelKeys()
@@ -184,7 +191,9 @@ private slots:
         m_portal->evaluate(state);
         LogCapture log;
         QTEST(traceAfter(key), "trace");
-        QCOMPARE(log.take().filter("timeshift mode ").size(), 1);
+        const QStringList records = log.take();
+        QCOMPARE(records.filter("timeshift mode ").size(), 1);
+        QTEST(records.filter("convert key").join(' '), "record");
     }
 
     void backKeys_data()
@@ -281,14 +290,16 @@ private slots:
     void poweredOff()
     {
         build(focusedPage);
+        LogCapture log;
         m_portal->window.OnPowerOff();
         QCoreApplication::sendPostedEvents();
-        LogCapture log;
+        QCOMPARE(log.take().filter("OnPower"), QStringList("OnPowerOff (): "));
         QCOMPARE(traceAfter(Qt::Key_A), QString("keyup(65)"));
         QVERIFY(log.take().contains("In power off state, ignore any keys"));
         press(Qt::Key_PowerOff);
         QTRY_COMPARE(m_portal->receiver.received(), QByteArray("3ade68b10000077700000000"));
         m_portal->window.OnPowerOn();
+        QCOMPARE(log.take().filter("OnPower"), QStringList("OnPowerOn (): "));
         QCOMPARE(traceAfter(Qt::Key_A), QString("keydown(65) keyup(65)"));
     }
 

@@ -167,6 +167,7 @@ private slots:
         row("http://tv", "data:text/html,x", false);
         row("data: about: *", "data:text/html,x", false);
         row("tv", "http://tv/", false);
+        row("//tv", "//tv/", false);
         row("http://tv/c/", "http://tv/c/", false);
         row("http://user@tv", "http://tv/", false);
     }
