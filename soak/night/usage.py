@@ -9,6 +9,7 @@ import time
 
 LEAST_SPAN_S = 20 * 60  # A growth in an hour cannot be told from less,
 SLACK_MIB = 32          # so there is only an absolute slack then.
+PATIENCE_S = 60         # Garbage of tens of MiB is collected by then.
 MOST_MIB_PER_HOUR = 0.5
 CERTAINTY = 1.64        # Normal deviates: so much that nineteen in twenty such fits find more.
 DESCRIPTOR_SLACK = 4
@@ -52,12 +53,20 @@ class Usage:
                 pass  # It is being started again.
 
     def rest(self, seconds):
-        """Samples a page at rest: what it had made is collected, what has leaked stays."""
+        """
+        Samples a page at rest: what it had made is collected, what has leaked stays. The engine
+        collects when it likes, so a rest that finds more than the slack goes on for a while.
+        """
         samples = []
-        for _ in range(seconds):
+        while len(samples) < seconds or (self.is_above_slack(samples) and len(samples) < PATIENCE_S):
             time.sleep(1)
             samples.append(Sample(self.now(), self.find_pid()))
         self.rests.append(min(samples, key=lambda sample: sample.own))
+
+    def is_above_slack(self, samples):
+        before = [rest.own for rest in self.rests if rest.pid == samples[-1].pid]
+        least = min(sample.own for sample in samples)
+        return bool(before) and least > before[0] + SLACK_MIB
 
     def end(self):
         self.ended.set()

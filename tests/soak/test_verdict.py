@@ -133,3 +133,21 @@ def test_descriptors_and_threads():
     rests = [types.SimpleNamespace(moment=60 * number, own=100, descriptors=20 + 5 * number,
                                    threads=9 + 5 * number) for number in range(2)]
     assert len(usage.Growth(rests).failures()) == 2
+
+
+@pytest.mark.parametrize("at_rest, taken, least", [
+    ([60, 61, 62, 63, 30], 4, 60),                # more garbage than at first, but within the slack
+    ([90, 91, 92, 93, 94, 95, 35, 36], 7, 35),    # collected at last
+    (range(90, 190), usage.PATIENCE_S, 90)])      # a leak
+def test_garbage(monkeypatch, at_rest, taken, least):
+    values = iter([33, 34, 32, 30, *at_rest])
+    monkeypatch.setattr(usage.time, "sleep", lambda seconds: None)
+    monkeypatch.setattr(usage, "Sample", lambda moment, pid: types.SimpleNamespace(
+        moment=moment, pid=pid, own=next(values)))
+    at_work = usage.Usage(lambda: 1, 3600)
+    at_work.rest(4)
+    before = sum(1 for _ in at_rest) - taken
+    at_work.rest(4)
+    assert [rest.own for rest in at_work.rests] == [30, least]
+    assert sum(1 for _ in values) == before
+    at_work.end()
