@@ -12,7 +12,7 @@ driver_packages="libcpp-httplib-dev xvfb"
 screenshot_packages="xvfb xauth imagemagick"
 # What shows the screen of a box in a web browser.
 web_packages="xvfb xauth x11vnc novnc websockify"
-# What the tests run beside the programs; without them some of the tests are skipped.
+# What the tests run beside the programs, or skip themselves without.
 test_packages="mpv ffmpeg xdotool openbox x11-utils xauth imagemagick $driver_packages python3-pytest python3-selenium"
 # What the tests of run.sh need beside that.
 desk_packages="$play_packages $screenshot_packages $web_packages chromium chromium-driver"
