@@ -17,7 +17,8 @@ class Screen:
         self.server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp",
              "-noreset"],
-            pass_fds=[writer], stderr=subprocess.DEVNULL)
+            # A Ctrl+C is for who uses the screen, and ends it with what it shows.
+            pass_fds=[writer], stderr=subprocess.DEVNULL, start_new_session=True)
         os.close(writer)
         with os.fdopen(reader) as answer:
             self.name = ":" + answer.readline().strip()

@@ -15,6 +15,7 @@ SILENCE_S = 20  # After so long the start script ends a program that hangs.
 
 class Box:
     def __init__(self, screen, portal, seed, rate, fault):
+        self.script = None
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="vesprel-soak."))
         for name in ("home/vesprel", "etc", "media"):
             (self.folder / name).mkdir(parents=True)
@@ -47,7 +48,8 @@ class Box:
         with open(self.folder / "output", "wb") as output:
             self.script = subprocess.Popen([TOP / "packaging/vesprel-start"], stdout=output,
                                            env=self.environment, stdin=subprocess.DEVNULL,
-                                           stderr=output)
+                                           # A Ctrl+C is for the night, which ends the box itself.
+                                           stderr=output, start_new_session=True)
 
     def starter(self, name, command):
         file = self.folder / name
@@ -86,8 +88,9 @@ class Box:
         return (self.folder / "link").read_text().splitlines()
 
     def end(self):
-        self.script.terminate()
-        self.script.wait()
+        if self.script:
+            self.script.terminate()
+            self.script.wait()
 
     def remove(self):
         shutil.rmtree(self.folder)

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 """A night from its beginning to its verdict."""
+import contextlib
 import os
 import random
 import sys
@@ -30,18 +31,24 @@ LAST_REST_S = 10      # belongs to the night as well.
 
 
 class Night:
-    def __init__(self, minutes, seed, fault):
-        self.seed, self.minutes = seed, minutes
+    def __init__(self, minutes, seed, fault, fatal=()):
+        self.seed, self.minutes, self.fatal = seed, minutes, list(fatal)
         self.random = random.Random(seed)
         self.seconds = minutes * 60
-        self.web = Web()
-        self.viewer = Viewer(seed, KEYS_PER_SECOND)
-        self.box = Box(self.viewer.screen.name, self.web.url, seed, EVENTS_PER_SECOND, fault)
+        with contextlib.ExitStack() as begun:
+            self.web = Web()
+            begun.callback(self.web.end)
+            self.viewer = Viewer(seed, KEYS_PER_SECOND)
+            begun.callback(self.viewer.end)
+            self.box = Box(self.viewer.screen.name, self.web.url, seed, EVENTS_PER_SECOND, fault)
+            begun.callback(self.box.end)
+            self.begun = begun.pop_all()
         self.director = Director(self.web, self.box, self.viewer, self.random)
         self.life = PortalLife(self.director)
         self.troubles = Troubles(self.director, self.life)
         self.director.on_load = lambda life: self.life.check_stored(life.loaded)
         self.usage = Usage(lambda: self.box.pid("program"), max(0.5, self.seconds / 720))
+        self.begun.callback(self.usage.end)
         self.failures = []
         self.counts = {}
         self.fatal_moments = []
@@ -91,9 +98,9 @@ class Night:
         self.director.settle()
         part = self.seconds / 2 if self.seconds < LONG_S else self.seconds / 6
         ends = []
-        while self.is_before(part) or len(self.fatal_moments) < len(FATAL):
+        while self.fatal and (self.is_before(part) or len(self.fatal_moments) < len(self.fatal)):
             if not ends:
-                ends = self.random.sample(FATAL, len(FATAL))
+                ends = self.random.sample(self.fatal, len(self.fatal))
             self.do(ends.pop())
             for _ in range(self.random.randint(2, 6)):
                 if self.is_before(part):
@@ -123,10 +130,8 @@ class Night:
         self.life.announce()
 
     def end(self):
-        self.usage.end()
-        self.box.end()
-        self.viewer.end()
-        self.web.end()
+        """Also what comes last is ended if something before it is gone already."""
+        self.begun.close()
 
     def growth(self):
         """None for a night that was too short to look at memory."""
