@@ -120,7 +120,7 @@ for target in "${@:-desktop}"; do
         ;;
     mutate)
         # It has to know which test runs what.
-        [ -d build/coverage/lines ] || ./test.sh coverage
+        [ -f build/coverage/lines/whole ] || ./test.sh coverage
         # shellcheck disable=SC2086 # a list of words
         stage "mutate: install" install_missing $mutation_packages
         stage "mutate: try" tests/tools/mutate

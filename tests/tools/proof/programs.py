@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: Apache-2.0
 """The tests of a build as ctest knows them, and one of them run apart from everything else."""
+import concurrent.futures
+import contextlib
 import json
 import os
 import pathlib
 import re
 import signal
 import subprocess
+import sys
 import threading
 import time
 
@@ -61,6 +64,29 @@ class Outcome:
         self.output = output
 
 
+class Ended(Exception):
+    """Whoever wants to know how a test goes has been interrupted."""
+
+
+running = set()
+areEnded = threading.Event()
+
+
+@contextlib.contextmanager
+def pool(jobs):
+    """Threads that run tests; when the main thread is interrupted, no test lives on."""
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended"))
+    with concurrent.futures.ThreadPoolExecutor(jobs) as executor:
+        try:
+            yield executor
+        except BaseException:
+            executor.shutdown(wait=False, cancel_futures=True)
+            areEnded.set()
+            for process in list(running):
+                kill(process)
+            raise
+
+
 def run(test, environment=None, limit=None, alone=True, functions=(), to_the_end=False,
         confined=True):
     """Runs a test, or only some functions of it; ends it at its first failure unless told."""
@@ -71,6 +97,9 @@ def run(test, environment=None, limit=None, alone=True, functions=(), to_the_end
         command, cwd=test.directory, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
         stderr=subprocess.STDOUT, start_new_session=True,
         env={**os.environ, **test.environment, **(environment or {})})
+    running.add(process)
+    if areEnded.is_set():
+        kill(process)
     overdue = threading.Event()
 
     def end():
@@ -92,6 +121,9 @@ def run(test, environment=None, limit=None, alone=True, functions=(), to_the_end
     process.stdout.close()
     status = process.wait()
     timer.cancel()
+    running.discard(process)
+    if areEnded.is_set():
+        raise Ended
     if failed:
         verdict = "failed"
     elif overdue.is_set():
