@@ -2,9 +2,11 @@
 """Boxes on a terminal: what a person sees, presses and leaves."""
 import os
 import re
+import socket
 import stat
 import subprocess
 import time
+import urllib.request
 
 import pytest
 
@@ -148,4 +150,16 @@ def test_root_is_private(desk, display):
     run = started(desk, desk.page("page.html"), DISPLAY=display)
     serving = re.search(r"serving (.*?), player", run.text).group(1)
     assert stat.S_IMODE(os.stat(serving).st_mode) & 0o077 == 0
+    interrupt(run)
+
+
+def test_inspector(desk, display):
+    with socket.socket() as free:
+        free.bind(("127.0.0.1", 0))
+        port = free.getsockname()[1]
+    page = desk.page("page.html")
+    run = started(desk, "--inspector", port, page, DISPLAY=display)
+    run.shows(f"Inspector: http://127.0.0.1:{port}")
+    with urllib.request.urlopen(f"http://127.0.0.1:{port}/", timeout=20) as answer:
+        assert page.as_uri() in answer.read().decode()
     interrupt(run)
