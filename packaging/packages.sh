@@ -17,7 +17,7 @@ test_packages="mpv ffmpeg xdotool openbox x11-utils xauth imagemagick $driver_pa
 # What the tests of run.sh need beside that.
 desk_packages="$play_packages $screenshot_packages $web_packages chromium chromium-driver"
 # What packaging/cross needs, beside the compiler of an architecture and what its emulator needs.
-cross_packages=mmdebstrap
+cross_packages="mmdebstrap uidmap"
 emulator_packages="qemu-user $play_packages $screenshot_packages xdotool"
 # What a short bench/run measures with; a whole one also with what docs/performance.md names.
 bench_packages="libbenchmark-dev python3-xlib xvfb"
