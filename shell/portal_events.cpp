@@ -103,6 +103,7 @@ void Window::OnPowerOn()
     logRecord("OnPowerOn", "(): ");
     m_browser.setPoweredOff(false);
     m_dialogs->setStandby(false);
+    loadBarePage();
 }
 
 void Window::postEventKey(int key, Qt::KeyboardModifiers modifiers)

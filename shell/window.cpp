@@ -141,10 +141,20 @@ void Window::watchKeyboard()
 
 void Window::replaceAbandonedPages()
 {
+    m_scriptConnections->abandon();
     m_pages->abandon();
     m_keyboard->replaceView();
     watchKeyboard();
     m_pages->addPortal();
+    // Queued: what is on its way to be loaded comes first.
+    QMetaObject::invokeMethod(this, &Window::loadBarePage, Qt::QueuedConnection);
+}
+
+void Window::loadBarePage()
+{
+    // It may ask without end again, which is heard only while there can be a viewer.
+    if (isVisible() && !m_browser.isPoweredOff())
+        m_pages->loadBare();
 }
 
 void Window::watchScriptConnections()
@@ -192,6 +202,7 @@ void Window::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
     activateWindow();
+    loadBarePage();
 }
 
 void Window::keepFocus()

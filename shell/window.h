@@ -111,6 +111,7 @@ private:
     void buildPages();
     void watchKeyboard();
     void replaceAbandonedPages();
+    void loadBarePage();
     void setUpDiskCache();
     void watchView(QWebView *view);
 

@@ -151,7 +151,8 @@ void DialogHost::abandonPages()
 {
     logRecord("Dialogs without end, pages abandoned");
     m_selfAnswered = 0;
-    // What waits below on the stack can't return before this does.
+    // What waits below on the stack can't return before this does, but its dialogs go now.
+    answerAll();
     m_levels.clear();
     watchKeys();
     emit pagesAbandoned();

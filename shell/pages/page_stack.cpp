@@ -49,8 +49,11 @@ void PageStack::closeFavourites()
         m_stack->removeWidget(favourites);
         favourites->stop();
         favourites->close();
-        // A script of its page that waits for an answer comes to its end first.
-        m_dialogs.whenAnswered([favourites] { favourites->deleteLater(); });
+        // A script of its page that waits for an answer comes to its end first, or never.
+        m_dialogs.whenAnswered([this, favourites, abandonments = m_abandonments] {
+            if (m_abandonments == abandonments)
+                favourites->deleteLater();
+        });
         focusCurrentView();
     }
     if (m_mode == PageMode::Settings)
@@ -80,6 +83,7 @@ void PageStack::load(const QUrl &url)
 {
     m_requestedUrl = url;
     m_dialogs.whenAnswered([this, url] {
+        m_bare = false;
         if (QWebView *view = currentView())
             m_dialogs.leave(view->page(), [view, url] { view->load(url); });
         focusCurrentView();
@@ -92,8 +96,21 @@ void PageStack::markPortal()
         m_portalUrl = view->url();
 }
 
+void PageStack::loadBare()
+{
+    if (!m_bare)
+        return;
+    // Behind what is to be loaded anyway.
+    m_dialogs.whenAnswered([this] {
+        if (m_bare)
+            load(m_requestedUrl);
+    });
+}
+
 void PageStack::abandon()
 {
+    ++m_abandonments;
+    m_bare = true;
     while (QWidget *view = m_stack->currentWidget()) {
         m_stack->removeWidget(view);
         view->hide();

@@ -56,6 +56,9 @@ public:
      */
     void load(const QUrl &url);
 
+    /** Loads the last URL once more, if nothing has been loaded since pages were abandoned. */
+    void loadBare();
+
     /** The URL that was given to load() last. */
     QUrl requestedUrl() const { return m_requestedUrl; }
 
@@ -91,4 +94,6 @@ private:
     QUrl m_requestedUrl;
     QUrl m_portalUrl;
     PageMode m_mode = PageMode::Portal;
+    int m_abandonments = 0;
+    bool m_bare = false; ///< the pages were abandoned, and the new view has none yet
 };

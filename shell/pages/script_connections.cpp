@@ -6,6 +6,15 @@
 #include <QChildEvent>
 #include <QWebView>
 
+namespace {
+
+bool isConnection(const QObject *object)
+{
+    return object && object->inherits("JSC::Bindings::QtConnectionObject");
+}
+
+} // namespace
+
 ScriptConnections::ScriptConnections(const PageStack &pages, QObject *parent)
     : QObject(parent)
     , m_pages(pages)
@@ -23,12 +32,22 @@ void ScriptConnections::drop(const QObject *view)
             continue;
         if (child.view != view) {
             m_children.append(child);
-        } else if (child.object->inherits("JSC::Bindings::QtConnectionObject")) {
+        } else if (isConnection(child.object)) {
             // Later, since this can be the very connection that brought us here; but now it is
             // disconnected.
             QObject::disconnect(child.object->parent(), nullptr, child.object, nullptr);
             child.object->deleteLater();
         }
+    }
+}
+
+void ScriptConnections::abandon()
+{
+    const QVector<Child> children = m_children;
+    m_children.clear();
+    for (const Child &child : children) {
+        if (isConnection(child.object))
+            QObject::disconnect(child.object->parent(), nullptr, child.object, nullptr);
     }
 }
 

@@ -29,6 +29,9 @@ public:
     /** Undoes all connections of a view's page. */
     void drop(const QObject *view);
 
+    /** Undoes the connections of all pages, but deletes nothing: their scripts never return. */
+    void abandon();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -346,14 +346,35 @@ private slots:
         QCOMPARE(m_portal->trace(), QString("here"));
     }
 
-    /** A script that asks without end keeps neither the receiver's portal nor the keys away. */
+    void endless_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QByteArray>("event");
+        QTest::addColumn<QByteArray>("eventBehind");
+        QTest::addColumn<QByteArray>("received");
+        const QByteArray stop = "3ade68b1000003e900000000";
+        const QByteArray powerOff = "3ade68b10000040500000000";
+        const QByteArray powerOn = "3ade68b10000040600000000";
+        QTest::newRow("a new portal comes")
+            << QByteArray("while (true) alert('again');") << QByteArray() << QByteArray()
+            << stop + "3ade68b1000003e8000000052f612e7473";
+        // Once from the page at first, and once when it is loaded again.
+        QTest::newRow("while the box is off")
+            << QByteArray("document.onkeydown = function () { while (!confirm('again')); };")
+            << powerOff << powerOn << stop + stop;
+    }
+
+    /** A script that asks without end keeps neither a portal nor the keys away. */
     void endless()
     {
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, event);
+        QFETCH(QByteArray, eventBehind);
+        QFETCH(QByteArray, received);
         m_portal.reset();
         const TemporaryRoot root;
         ReceiverPeer receiver(BoxPaths::receiverSocket());
-        const QString trap = root.write("trap.html", "<script>gSTB.Stop(); while (true) "
-                                                     "alert('again');</script>");
+        const QString trap = root.write("trap.html", "<script>gSTB.Stop();" + script + "</script>");
         const QString portal = root.write("portal.html", "<script>gSTB.Play('/a.ts')</script>");
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -363,16 +384,23 @@ private slots:
         program.start(VESPREL_PROGRAM, QStringList());
         QVERIFY(program.waitForStarted());
         QTRY_VERIFY_WITH_TIMEOUT(receiver.isConnected(), 20000);
-        const QByteArray stop = "3ade68b1000003e900000000";
-        QTRY_VERIFY_WITH_TIMEOUT(receiver.received().endsWith(stop), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(receiver.received().endsWith(received.left(24)), 20000);
         const QByteArray url = "file://" + portal.toUtf8();
-        receiver.send("3ade68b1000003e8" +
-                      QByteArray::number(url.size(), 16).rightJustified(8, '0') + url.toHex());
-        const QByteArray play = "3ade68b1000003e8000000052f612e7473";
-        QTRY_VERIFY_WITH_TIMEOUT(receiver.received().endsWith(play), 20000);
+        if (event.isEmpty())
+            event = "3ade68b1000003e8" + QByteArray::number(url.size(), 16).rightJustified(8, '0') +
+                    url.toHex();
+        receiver.send(event);
+        QByteArray log;
+        const auto isAbandoned = [&program, &log] {
+            log += program.readAllStandardError();
+            return log.contains("Dialogs without end, pages abandoned");
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isAbandoned(), 20000);
+        if (!eventBehind.isEmpty())
+            receiver.send(eventBehind);
+        QTRY_VERIFY_WITH_TIMEOUT(receiver.received().endsWith(received), 20000);
         program.terminate();
         QVERIFY(program.waitForFinished());
-        QVERIFY(program.readAllStandardError().contains("Dialogs without end, pages abandoned"));
     }
 };
 
