@@ -22,10 +22,20 @@
 
 void Window::SetupJSObject()
 {
-    QWebView *view = m_pages->currentView();
-    if (!view)
-        return;
-    QWebFrame *frame = view->page()->mainFrame();
+    if (const QWebView *view = m_pages->currentView())
+        setUpPage(*view);
+}
+
+void Window::setUpLowerPage(const QWebView &view)
+{
+    // A page below favourites that loads another: the current one has had its objects by now.
+    if (m_pages->currentView() && m_pages->currentView() != &view)
+        setUpPage(view);
+}
+
+void Window::setUpPage(const QWebView &view)
+{
+    QWebFrame *frame = view.page()->mainFrame();
     if (!mayUseBox(*frame)) {
         const QWebSecurityOrigin origin = frame->securityOrigin();
         logRecord("page without the box's objects:", originText(origin), origin.host());
@@ -39,9 +49,8 @@ void Window::SetupJSObject()
     frame->addToJavaScriptWindowObject("stbStorage", m_storage);
     frame->addToJavaScriptWindowObject("stbWindowMgr", m_windowManager);
     frame->addToJavaScriptWindowObject("stbWebWindow", m_webWindow);
-    injectScript("shim.js");
-    PreviewHole();
-    PrependKeyboard();
+    for (const char *script : {"shim.js", "hole.js", "kb.js"})
+        injectScript(script, &view);
 }
 
 void Window::SetupKeyboardJSObject()
@@ -59,27 +68,27 @@ void Window::SetupKeyboardJSObject()
     PrependKeyboard();
 }
 
-void Window::PreviewHole() { injectScript("hole.js"); }
+void Window::PreviewHole() { injectScript("hole.js", m_pages->currentView()); }
 
-void Window::ShowPreviewHole() { injectScript("show_hole.js"); }
+void Window::ShowPreviewHole() { injectScript("show_hole.js", m_pages->currentView()); }
 
-void Window::HidePreviewHole() { injectScript("hide_hole.js"); }
+void Window::HidePreviewHole() { injectScript("hide_hole.js", m_pages->currentView()); }
 
-void Window::PrependKeyboard() { injectScript("kb.js"); }
+void Window::PrependKeyboard() { injectScript("kb.js", m_pages->currentView()); }
 
 bool Window::mayUseBox(const QWebFrame &frame) const
 {
     return m_origins.allow(originText(frame.securityOrigin()));
 }
 
-void Window::injectScript(const char *name)
+void Window::injectScript(const char *name, const QWebView *view)
 {
     // The scripts use the objects, and a page without them has no keyboard either.
-    const QWebView *view = m_pages->currentView();
     if (view && !mayUseBox(*view->page()->mainFrame()))
         return;
-    if (const auto script = injectedScript(name))
-        m_pages->evaluate(*script);
-    else
+    const auto script = injectedScript(name);
+    if (!script)
         logRecord(qPrintable(QString("failed open %1").arg(name)));
+    else if (view)
+        view->page()->mainFrame()->evaluateJavaScript(*script);
 }

@@ -196,6 +196,8 @@ void Window::watchView(QWebView *view)
             [this, view] { m_scriptConnections->drop(view); });
     connect(view->page()->mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
             &Window::SetupJSObject);
+    connect(view->page()->mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
+            [this, view] { setUpLowerPage(*view); });
 }
 
 void Window::showEvent(QShowEvent *event)

@@ -124,7 +124,13 @@ private:
 
     /** Whether the box's objects are for the document of this frame. */
     bool mayUseBox(const QWebFrame &frame) const;
-    void injectScript(const char *name);
+
+    /** Publishes the box's objects in a page whose document begins, and completes them. */
+    void setUpPage(const QWebView &view);
+    void setUpLowerPage(const QWebView &view);
+
+    /** Evaluates a script of the program's in a page that has the objects; nothing without one. */
+    void injectScript(const char *name, const QWebView *view);
     void closeKeyboard();
     void keepFocus();
     void postEventKey(int key, Qt::KeyboardModifiers modifiers);

@@ -5,9 +5,11 @@
 #include "tests/support/portal.h"
 
 #include <QPointer>
+#include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTimer>
+#include <QWebFrame>
 #include <QWebView>
 
 /** The favourites view over the portal: opening, closing, and what its page may do meanwhile. */
@@ -51,6 +53,20 @@ private slots:
         QCOMPARE(m_portal->stack()->currentIndex(), 1);
         m_portal->evaluate("stbWebWindow.close()");
         QCOMPARE(m_portal->stack()->currentIndex(), 0);
+    }
+
+    /** A portal that loads anew below favourites is a whole one when they close. */
+    void portalReloadedBelow()
+    {
+        m_portal->load("<script>var seen = typeof gSTB + typeof KeyboardPress;</script>");
+        auto *portal = static_cast<QWebView *>(m_portal->stack()->widget(0));
+        m_portal->window.WinOpenWebFavorites("about:blank", 0);
+        QSignalSpy loaded(portal, &QWebView::loadFinished);
+        portal->page()->mainFrame()->evaluateJavaScript("location.reload()");
+        QVERIFY(loaded.wait());
+        QCOMPARE(m_portal->evaluate("typeof gSTB"), QVariant("object"));
+        m_portal->window.WinCloseWebFavorites();
+        QCOMPARE(m_portal->evaluate("seen"), QVariant("objectfunction"));
     }
 
     void pageModeAfterFavourites_data()
