@@ -3,7 +3,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QPointer>
 #include <QWidget>
 
 void postKey(QWidget *receiver, int key, Qt::KeyboardModifiers modifiers, const QString &text)
@@ -14,9 +13,6 @@ void postKey(QWidget *receiver, int key, Qt::KeyboardModifiers modifiers, const 
 
 void deliverPostedKeys(QWidget *receiver)
 {
-    const QPointer<QWidget> guard(receiver);
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        if (guard)
-            QCoreApplication::sendPostedEvents(guard, type);
-    }
+    // Of all types, since one type after the other would part presses from their releases.
+    QCoreApplication::sendPostedEvents(receiver, 0);
 }

@@ -385,6 +385,19 @@ private slots:
         QCOMPARE(traceAfter(Qt::Key_Escape), QString("keydown(27) keyup(27)"));
     }
 
+    /** Keys that wait are the page's in their order, before the one that is pressed now. */
+    void postedKeysKeepTheirOrder()
+    {
+        build(focusedPage);
+        m_portal->clearTrace();
+        m_portal->window.OnUsbMounted();
+        m_portal->window.OnUsbUmounted();
+        QTest::keyClick(m_portal->view(), Qt::Key_Left);
+        QCOMPARE(m_portal->trace().split(' ').filter("key").join(' '),
+                 QString("keydown(alt+80) keyup(alt+80) keydown(alt+81) keyup(alt+81) keydown(37) "
+                         "keyup(37)"));
+    }
+
     /** Keys that the program posts itself pass untouched, whatever they are. */
     void postedKeysPass()
     {
