@@ -18,9 +18,10 @@ QString homeFile(const QString &name)
 void removeUnfinishedSettings()
 {
     // As QSaveFile names what it writes, beside the file that this is to replace. Settings have no
-    // dot in their names; user data may, and a word such as "backup" is none of these.
+    // dot in their names; user data may, and a word such as "backup", "Backup" or "BACKUP" is none
+    // of these: rather a few unfinished files stay.
     static const QRegularExpression unfinished(
-        "^(private_settings_[^.]*)\\.(?=[a-z]*[A-Z])[A-Za-z]{6}$");
+        "^(private_settings_[^.]*)\\.(?=[A-Za-z]+[A-Z])(?=[A-Z]*[a-z])[A-Za-z]{6}$");
     QDir home(homeFile(QString()));
     const QStringList names =
         home.entryList({"private_settings_*.??????"}, QDir::Files | QDir::NoSymLinks);

@@ -106,6 +106,8 @@ private slots:
     {
         const QStringList kept = {"private_settings_a",
                                   "private_settings_a.AbCdEfG",
+                                  "private_settings_a.BACKUP",
+                                  "private_settings_a.Backup",
                                   "private_settings_a.backup",
                                   "private_settings_b.AbCdEf",
                                   "userdata",
