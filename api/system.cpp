@@ -18,7 +18,9 @@ void VesprelV2::ExecAction(const QString &action)
         break;
     case SystemAction::Kind::Ignored: break;
     case SystemAction::Kind::Reboot: emit OnReboot(); break;
-    case SystemAction::Kind::Script: runActionScript(BoxPaths::actionScript(), action); break;
+    case SystemAction::Kind::Script:
+        runActionScript(shellWord(BoxPaths::actionScript()), action);
+        break;
     }
 }
 

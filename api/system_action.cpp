@@ -3,6 +3,7 @@
 
 #include <QLatin1String>
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -65,6 +66,14 @@ SystemAction parseSystemAction(const QString &action)
         break;
     }
     return result;
+}
+
+QString shellWord(const QString &path)
+{
+    static const QRegularExpression plain("^[A-Za-z0-9/._-]+$");
+    if (plain.match(path).hasMatch())
+        return path;
+    return '\'' + QString(path).replace('\'', "'\\''") + '\'';
 }
 
 void runActionScript(const QString &script, const QString &action, int timeoutMs)

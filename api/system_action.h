@@ -21,6 +21,10 @@ struct SystemAction
 /** Understands an action by its beginning; upper and lower case differ. Any thread. */
 SystemAction parseSystemAction(const QString &action);
 
+/** A path as one word of a shell, whatever letters it has; as it is if it has plain ones. Any
+ * thread. */
+QString shellWord(const QString &path);
+
 /** How long an action script may run; a portal stands still meanwhile. */
 constexpr int actionTimeoutMs = 30000;
 

@@ -97,6 +97,17 @@ private slots:
         QVERIFY(!QFile::exists(m_dir->filePath("injected")));
     }
 
+    /** The box's own path reaches the shell as it is; a desk's may have any letters. */
+    void scriptInOddFolder()
+    {
+        QCOMPARE(shellWord("/home/default/action.sh"), QString("/home/default/action.sh"));
+        const QString folder = m_dir->filePath("o'd d $(x) \"ü");
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(QFile::rename(makeScript("echo \"$#\" > \"$0.out\""), folder + "/a.sh"));
+        runActionScript(shellWord(folder + "/a.sh"), "x");
+        QCOMPARE(contentOf(folder + "/a.sh.out"), QByteArray("0\n"));
+    }
+
     /** A script text in place of a path shows what the shell itself gets. */
     void shellGetsTheActionAsItsName()
     {
