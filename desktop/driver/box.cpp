@@ -46,10 +46,12 @@ Deadline deadlineAfter(std::optional<double> milliseconds)
 
 void Box::watch()
 {
+    // It stays open as long as the box, since a command may be writing to it.
+    bool pluginLost = false;
     for (;;) {
         pollfd polled[] = {{m_wake.read.number(), POLLIN, 0},
                            {m_listener.number(), POLLIN, 0},
-                           {m_plugin.number(), POLLIN, 0},
+                           {pluginLost ? -1 : m_plugin.number(), POLLIN, 0},
                            {m_programOutput.number(), POLLIN, 0},
                            {m_receiverOutput.number(), POLLIN, 0}};
         if (::poll(polled, 5, -1) < 0 && errno != EINTR)
@@ -69,12 +71,10 @@ void Box::watch()
         }
         if (polled[1].revents)
             acceptPlugin(m_listener);
-        const bool pluginLost = polled[2].revents && !readPlugin();
+        pluginLost |= polled[2].revents && !readPlugin();
         // The program's output ends with it, also where its plugin never came.
         if (pluginLost || !m_programOutput.isOpen())
             giveUp();
-        if (pluginLost)
-            m_plugin.reset();
         if (m_gone && !m_programOutput.isOpen() && !m_receiverOutput.isOpen())
             return;
     }
@@ -123,6 +123,9 @@ void Box::giveUp()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_gone = true;
+    // Wakes a command that writes more than the program reads.
+    if (m_plugin.isOpen())
+        ::shutdown(m_plugin.number(), SHUT_RDWR);
     m_changed.notify_all();
 }
 

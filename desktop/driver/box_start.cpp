@@ -26,7 +26,8 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""ms;
+using std::chrono_literals::operator""s;
 
 constexpr auto startTime = 30s; ///< The longest that any part of a start may take.
 

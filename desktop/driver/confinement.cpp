@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""s;
 
 /** What run.sh confines a box with, too. */
 QStringList bwrapArguments(const QString &folder)

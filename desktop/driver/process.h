@@ -30,6 +30,7 @@ private:
     int m_number = -1;
 };
 
+/** A pipe with both of its ends. */
 struct Pipe
 {
     Descriptor read;

@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""ms;
 
 /** How long the program may take for what is no script and no load, in ms. */
 constexpr double programTime = 30000;

@@ -45,6 +45,10 @@ public:
     /** Since when no command came. */
     std::chrono::steady_clock::duration idleTime() const;
 
+    // The commands of the standard by their names there, then those of the box; each takes the
+    // call's parameters, gives the value of the answer and throws WebDriverError. They are called
+    // by execute(), one after the other.
+
     QJsonValue getTimeouts(const CommandCall &call);
     QJsonValue setTimeouts(const CommandCall &call);
 

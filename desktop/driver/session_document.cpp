@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""ms;
 
 constexpr const char *referenceKeys[] = {
     "element-6066-11e4-a52e-4f735466cecf", "shadow-6066-11e4-a52e-4f735466cecf",

@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""ms;
 
 constexpr auto implicitPoll = 15ms;
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace std::chrono_literals;
+using std::chrono_literals::operator""ms;
 
 constexpr auto poll = 3ms;
 constexpr auto newLoadTime = 60ms; ///< A failed load may be one that a script replaced.
