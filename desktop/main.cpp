@@ -183,19 +183,43 @@ std::unique_ptr<Recordings> openRecordings(Player player)
     return std::make_unique<FfmpegRecordings>();
 }
 
+/** Opens the link and, if it is asked for, the file of its traffic; what went wrong, if anything.
+ */
+QString openLink(const ReceiverOptions &options, ProtocolServer &server, TrafficRecorder &recorder)
+{
+    const QString failure = server.listen(BoxPaths::receiverSocket());
+    if (!failure.isEmpty() || options.recordFile.isEmpty())
+        return failure;
+    // Before the receiver, which answers at once.
+    connectRecorder(server, recorder);
+    return recorder.start(options.recordFile);
+}
+
+/** Prepares a script, which begins in the event loop, since it may end that; what went wrong. */
+QString openScript(const ReceiverOptions &options, Receiver &receiver, ScriptSession &script)
+{
+    connectScript(receiver, script);
+    QTimer::singleShot(0, &script, &ScriptSession::start);
+    return options.controlSocket.isEmpty() ? QString() : script.listen(options.controlSocket);
+}
+
+/** Tells whoever waits for it that the receiver serves. */
+void tellReady(const ReceiverOptions &options, const Inputs &inputs, const QString &player)
+{
+    if (!inputs.traffic.warning.isEmpty())
+        printLine(stdout, "replaying what is before the end: " + inputs.traffic.warning);
+    printLine(stdout, QString("serving %1, player: %2 (help lists the commands)")
+                          .arg(BoxPaths::receiverSocket(), player));
+    if (!options.readyFile.isEmpty())
+        QFile(options.readyFile).open(QIODevice::WriteOnly);
+}
+
 /** Serves until it is asked to end; the exit code. */
 int run(TerminationSignals &termination, const ReceiverOptions &options, const Inputs &inputs)
 {
     ProtocolServer server;
     TrafficRecorder recorder;
-    const QString path = BoxPaths::receiverSocket();
-    QString failure = server.listen(path);
-    if (failure.isEmpty() && !options.recordFile.isEmpty()) {
-        // Before the receiver, which answers at once.
-        connectRecorder(server, recorder);
-        failure = recorder.start(options.recordFile);
-    }
-    if (!failure.isEmpty())
+    if (const QString failure = openLink(options, server, recorder); !failure.isEmpty())
         return failWith(failure);
     const Screen screen = openScreen(options);
     if (options.player == Player::Mpv && screen.description != "mpv")
@@ -218,6 +242,7 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const I
             QCoreApplication::quit();
     };
     QObject::connect(&receiver, &Receiver::quitRequested, &receiver, end);
+    QObject::connect(&termination, &TerminationSignals::received, &receiver, end);
     QObject::connect(&receiver, &Receiver::message,
                      [](const QString &lines) { printLine(stdout, lines); });
     QObject::connect(&console, &Console::lineRead, &receiver, [&receiver](const QString &line) {
@@ -227,24 +252,12 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const I
     if (!options.scriptFile.isEmpty()) {
         script =
             std::make_unique<ScriptSession>(options.scriptFile, inputs.script, options.reportFile);
-        connectScript(receiver, *script);
-        if (!options.controlSocket.isEmpty()) {
-            if (const QString obstacle = script->listen(options.controlSocket); !obstacle.isEmpty())
-                return failWith(obstacle);
-        }
-        // In the event loop, which a script may end.
-        QTimer::singleShot(0, script.get(), &ScriptSession::start);
+        if (const QString obstacle = openScript(options, receiver, *script); !obstacle.isEmpty())
+            return failWith(obstacle);
     }
     FolderWatch watch;
     startWatch(watch, receiver, options.watchedFolder);
-    QObject::connect(&termination, &TerminationSignals::received, &receiver, end);
-    if (!inputs.traffic.warning.isEmpty())
-        printLine(stdout, "replaying what is before the end: " + inputs.traffic.warning);
-    printLine(
-        stdout,
-        QString("serving %1, player: %2 (help lists the commands)").arg(path, screen.description));
-    if (!options.readyFile.isEmpty())
-        QFile(options.readyFile).open(QIODevice::WriteOnly);
+    tellReady(options, inputs, screen.description);
     // What goes on by itself would mix with what is replayed.
     if (options.replayFile.isEmpty())
         recordings->restore();

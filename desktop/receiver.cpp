@@ -101,12 +101,16 @@ struct Receiver::CommandHandler
 
 namespace {
 
-constexpr int volumeStep = 5; ///< Percent.
+constexpr int volumeStep = 5;     ///< Percent.
+constexpr int farthest = 1 << 24; ///< Of a video's edges, px.
 
 QRect areaOf(const QByteArray &payload)
 {
-    return {integerAt(payload, 0), integerAt(payload, 1), integerAt(payload, 2),
-            integerAt(payload, 3)};
+    // So far away that nothing is seen, and near enough for the sums that a rectangle makes.
+    const auto at = [&payload](int index) {
+        return qBound(-farthest, integerAt(payload, index), farthest);
+    };
+    return {at(0), at(1), at(2), at(3)};
 }
 
 template <typename Handlers>

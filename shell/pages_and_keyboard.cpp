@@ -101,7 +101,9 @@ void Window::VirtualKeyboardOnKey(const QString &key, const QString &id)
 
 void Window::VirtualKeyboardSetPos(int x, int y, int w, int h)
 {
-    m_keyboard->setGeometry(QRect(x, y, w, h));
+    // No widget is larger, and the sums that a rectangle makes stay in range.
+    const auto bounded = [](int px) { return qBound(-QWIDGETSIZE_MAX, px, QWIDGETSIZE_MAX); };
+    m_keyboard->setGeometry(QRect(bounded(x), bounded(y), bounded(w), bounded(h)));
 }
 
 void Window::UpdateFocusedPos(int &x, int &y, int &w, int &h)

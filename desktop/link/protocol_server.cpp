@@ -125,7 +125,9 @@ void ProtocolServer::removePeer(Peer *peer)
 bool ProtocolServer::sendNow(const HeldEvent &event)
 {
     bool hasListener = false;
-    for (Peer *peer : std::as_const(m_peers)) {
+    // A copy: a peer that turns out to be gone is taken out at once.
+    const QVector<Peer *> peers = m_peers;
+    for (Peer *peer : peers) {
         if (!peer->isListener())
             continue;
         peer->send(frameOf(event.event, event.payload));

@@ -31,12 +31,10 @@ QString makeFile(const QString &wanted)
     if (!QDir().mkpath(info.path()))
         return QString();
     QString path = wanted;
-    for (int number = 2; QFileInfo::exists(path); ++number) {
-        path = QString("%1/%2-%3.%4")
-                   .arg(info.path(), info.completeBaseName())
-                   .arg(number)
-                   .arg(info.suffix());
-    }
+    const QString ending = info.suffix().isEmpty() ? QString() : '.' + info.suffix();
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path =
+            QString("%1/%2-%3%4").arg(info.path(), info.completeBaseName()).arg(number).arg(ending);
     QFile file(path);
     return file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ? path : QString();
 }

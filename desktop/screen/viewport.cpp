@@ -20,6 +20,7 @@ QRect placed(const Viewport &viewport, const QSize &window)
     const double vertical = width == standardWidth ? window.height() / standardHeight : horizontal;
     const QRectF scaled(viewport.area.x() * horizontal, viewport.area.y() * vertical,
                         viewport.area.width() * horizontal, viewport.area.height() * vertical);
-    const QRect visible = scaled.toRect() & whole;
+    // Cut to the window first: an area may lie farther away than a whole number of px can tell.
+    const QRect visible = (scaled & QRectF(whole)).toRect();
     return visible.isEmpty() ? whole : visible;
 }

@@ -37,6 +37,7 @@ public:
     void pressBoxKey(int key);
 
 signals:
+    // What keys ask of the box or the receiver, one signal for each.
     void applicationRequested(const QString &name);
     void standbyRequested();
 

@@ -12,6 +12,7 @@ class PageArea : public QMdiArea
     Q_OBJECT
 
 public:
+    /** An empty area with a transparent background. */
     explicit PageArea(QWidget *parent);
 
     /** Adds a frameless sub-window without the menu that Ctrl+W and its like belong to. */

@@ -457,6 +457,8 @@ private slots:
         QTest::newRow("no screen") << QRect(640, 0, 640, 720) << 0 << QRect(960, 0, 960, 1080);
         QTest::newRow("beyond") << QRect(640, 360, 9999, 9999) << 1280 << QRect(960, 540, 960, 540);
         QTest::newRow("outside") << QRect(5000, 0, 10, 10) << 1280 << QRect(0, 0, 1920, 1080);
+        QTest::newRow("far away") << QRect(-(1 << 24), 0, (1 << 24) + 10, 1 << 24) << 1
+                                  << QRect(0, 0, 1920, 1080);
         QTest::newRow("no height") << QRect(9, 9, 100, 0) << 1280 << QRect(0, 0, 1920, 1080);
     }
 
