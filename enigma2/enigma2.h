@@ -34,6 +34,7 @@ class Enigma2 : public QObject
     Q_OBJECT
 
 public:
+    /** Starts no thread and connects to nothing yet. */
     explicit Enigma2(QObject *parent = nullptr);
 
     /** Ends the reader thread before the members that it uses go. */

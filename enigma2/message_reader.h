@@ -17,6 +17,7 @@ struct ReceivedEvent;
 class MessageReader
 {
 public:
+    /** Both live as long as the reader; they may be used by other threads meanwhile. */
     MessageReader(EventQueue &events, AnswerMailbox &answers);
 
     /**

@@ -113,19 +113,21 @@ constexpr int initialScreenWidth = 1280;
 
 // clang-format on
 
+/** Commands and requests to the receiver; the value is the number on the wire. */
 enum class Command : std::int32_t {
 #define COMMAND_NUMBER(number, name, ...) name = number,
     VESPREL_COMMANDS(COMMAND_NUMBER)
 #undef COMMAND_NUMBER
 };
 
-/** Events and answers. */
+/** Events and answers of the receiver; the value is the number on the wire. */
 enum class Event : std::int32_t {
 #define EVENT_NUMBER(number, name, ...) name = number,
     VESPREL_EVENTS(EVENT_NUMBER) VESPREL_ANSWERS(EVENT_NUMBER)
 #undef EVENT_NUMBER
 };
 
+/** What is known of a command; %1 and on stand for its payload in the words for a person. */
 struct CommandRow
 {
     Command command;
@@ -133,6 +135,7 @@ struct CommandRow
     const char *words;
 };
 
+/** What is known of an event, and how the desktop's console raises it; null where it doesn't. */
 struct EventRow
 {
     Event event;
@@ -143,6 +146,7 @@ struct EventRow
     const char *consoleHelp;
 };
 
+/** What is known of an answer, and the request that waits for it. */
 struct AnswerRow
 {
     Event event;

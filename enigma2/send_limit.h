@@ -14,6 +14,7 @@ public:
     /** So many bytes may wait; a single larger frame may when nothing else does. */
     static constexpr std::size_t capacity = std::size_t{4} * 1024 * 1024;
 
+    /** What becomes of a frame; the first one of those that are dropped is worth a record. */
     enum class Verdict { Send, Drop, FirstDrop };
 
     /** What to do with a frame of this size while so many bytes wait. */

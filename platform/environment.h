@@ -6,8 +6,8 @@
 
 /**
  * The environment variables that the box's start script sets for the program and that the program
- * sets for itself and its children; docs/box.md tells what each means. Those that only a desktop
- * knows stand where they are read.
+ * sets for itself and its children; docs/box.md tells what each means. Those that only the
+ * desktop's own programs know stand where they are read.
  */
 namespace Environment {
 
@@ -21,11 +21,6 @@ inline constexpr char cacheMaxSize[] = "Q_CACHE_MAX_SIZE";
 inline constexpr char portalOrigins[] = "Q_PORTAL_ORIGINS";
 inline constexpr char webDebug[] = "Q_WEB_DEBUG";
 inline constexpr char trust[] = "VESPREL_TRUST";
-
-// The same, read by a desktop only.
-inline constexpr char window[] = "VESPREL_WINDOW";
-inline constexpr char desktopMacAddress[] = "VESPREL_MAC";
-inline constexpr char desktopSerialNumber[] = "VESPREL_SERIAL";
 inline constexpr char watchdogFile[] = "Q_WATCHDOG_FILE";
 inline constexpr char version[] = "Q_VERSION";
 inline constexpr char deviceVendor[] = "Q_DEVICE_VENDOR";
@@ -35,6 +30,11 @@ inline constexpr char imageDescription[] = "Q_IMAGE_DESCRIPTION";
 inline constexpr char imageVersion[] = "Q_IMAGE_VERSION";
 inline constexpr char imageDate[] = "Q_IMAGE_DATE";
 inline constexpr char softwareVersion[] = "Q_SW_VERSION";
+
+// The same, for a program on a desk only.
+inline constexpr char window[] = "VESPREL_WINDOW";
+inline constexpr char desktopMacAddress[] = "VESPREL_MAC";
+inline constexpr char desktopSerialNumber[] = "VESPREL_SERIAL";
 
 // Set by the program.
 inline constexpr char applicationHome[] = "APP_HOME";
