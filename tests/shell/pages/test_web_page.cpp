@@ -228,7 +228,7 @@ private slots:
         QCOMPARE(log.take().filter("no origin"), QStringList("no origin, ignored: \"nonsense\""));
     }
 
-    /** Nobody is asked whether a script may go on; the engine wants to know every few seconds. */
+    /** Nobody is asked whether a script may go on, should the engine ever want to know. */
     void endlessScript()
     {
         build();
