@@ -3,6 +3,7 @@
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
 #include "tests/support/files.h"
+#include "tests/support/log_capture.h"
 
 #include <QHostAddress>
 #include <QMap>
@@ -227,7 +228,10 @@ private slots:
         QList<QHostAddress> list;
         for (const QString &address : qAsConst(addresses))
             list.append(QHostAddress(address));
+        LogCapture log;
         QCOMPARE(lastUsableAddress(list).value_or("none"), expected);
+        const QString record = "UpdateNetconfig : \"" + expected + '"';
+        QCOMPARE(log.take().contains(record), expected != "none");
     }
 };
 
