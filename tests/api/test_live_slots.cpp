@@ -164,11 +164,13 @@ void tracksAndPicture()
 void stateAndSystem()
 {
     live("keyboard",
-         "gSTB.ShowVirtualKeyboard(), shown = [gSTB.IsVirtualKeyboardActive(),"
-         " gSTB.IsVirtualKeyboardActiveEx()], gSTB.HideVirtualKeyboard(),"
+         "shown = [gSTB.IsVirtualKeyboardActive()], gSTB.ShowVirtualKeyboard(),"
+         " shown.push(gSTB.IsVirtualKeyboardActive(), gSTB.IsVirtualKeyboardActiveEx()),"
+         " gSTB.HideVirtualKeyboard(),"
          " shown.concat(gSTB.IsVirtualKeyboardActive())",
-         "[true,true,false]", "VKeyboardOpen() VKeyboardClose()",
-         "ShowVirtualKeyboard ()\nIsVirtualKeyboardActive (): true\n"
+         "[false,true,true,false]", "VKeyboardOpen() VKeyboardClose()",
+         "IsVirtualKeyboardActive (): false\nShowVirtualKeyboard ()\nIsVirtualKeyboardActive (): "
+         "true\n"
          "IsVirtualKeyboardActiveEx ():\nHideVirtualKeyboard ()\n"
          "IsVirtualKeyboardActive (): false");
     live("stand-by",

@@ -178,6 +178,9 @@ private slots:
             auto *field = panel()->findChild<QLabel *>("field");
             const int height = field->fontMetrics().height();
             const QRect place = panel()->findChild<QFrame *>("panel")->geometry();
+            const QRect fieldPlace(field->mapTo(panel(), QPoint()), field->size());
+            const int above = panel()->findChild<QPlainTextEdit *>()->geometry().bottom();
+            const int top = field->geometry().top();
             const QImage shown = m_portal->window.grab().toImage();
             QCOMPARE(panel()->findChild<QPlainTextEdit *>()->toPlainText(), QString("Name?"));
             m_portal->window.resize(screen * 3 / 4);
@@ -187,6 +190,10 @@ private slots:
                 QCOMPARE(button->focusPolicy(), Qt::NoFocus);
             press(Qt::Key_Return);
             QVERIFY(height >= screen.height() / 22);
+            // With some room around what is in it.
+            QVERIFY(place.adjusted(height / 3, height / 3, -height / 3, -height / 3)
+                        .contains(fieldPlace));
+            QVERIFY(above < top);
             QVERIFY(QRect(QPoint(), screen).contains(place));
             QCOMPARE(shown.pixelColor(place.left() + 10, place.center().y()), QColor("#16202c"));
         });
@@ -353,15 +360,24 @@ private slots:
         QTest::addColumn<QByteArray>("eventBehind");
         QTest::addColumn<QByteArray>("received");
         const QByteArray stop = "3ade68b1000003e900000000";
+        const QByteArray play = "3ade68b1000003e8000000052f612e7473";
+        const QByteArray playEnd = "3ade68b1000003ea00000000";
         const QByteArray powerOff = "3ade68b10000040500000000";
         const QByteArray powerOn = "3ade68b10000040600000000";
-        QTest::newRow("a new portal comes")
-            << QByteArray("while (true) alert('again');") << QByteArray() << QByteArray()
-            << stop + "3ade68b1000003e8000000052f612e7473";
+        const auto row = [](const char *name, const QByteArray &script, const QByteArray &event,
+                            const QByteArray &eventBehind, const QByteArray &received) {
+            QTest::newRow(name) << script << event << eventBehind << received;
+        };
+        row("a new portal comes", "gSTB.Stop(); while (true) alert('again');", "portal", "",
+            stop + play);
+        row("over another dialog",
+            "var stbEvent = {onEvent: function () { while (true) confirm('again'); }};"
+            "setTimeout(function () { gSTB.Stop(); confirm('first'); }, 0);",
+            playEnd + "portal", "", stop + play);
         // Once from the page at first, and once when it is loaded again.
-        QTest::newRow("while the box is off")
-            << QByteArray("document.onkeydown = function () { while (!confirm('again')); };")
-            << powerOff << powerOn << stop + stop;
+        row("while the box is off",
+            "gSTB.Stop(); document.onkeydown = function () { while (!confirm('again')); };",
+            powerOff, powerOn, stop + stop);
     }
 
     /** A script that asks without end keeps neither a portal nor the keys away. */
@@ -374,7 +390,7 @@ private slots:
         m_portal.reset();
         const TemporaryRoot root;
         ReceiverPeer receiver(BoxPaths::receiverSocket());
-        const QString trap = root.write("trap.html", "<script>gSTB.Stop();" + script + "</script>");
+        const QString trap = root.write("trap.html", "<script>" + script + "</script>");
         const QString portal = root.write("portal.html", "<script>gSTB.Play('/a.ts')</script>");
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -386,9 +402,9 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(receiver.isConnected(), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(receiver.received().endsWith(received.left(24)), 20000);
         const QByteArray url = "file://" + portal.toUtf8();
-        if (event.isEmpty())
-            event = "3ade68b1000003e8" + QByteArray::number(url.size(), 16).rightJustified(8, '0') +
-                    url.toHex();
+        event.replace("portal", "3ade68b1000003e8" +
+                                    QByteArray::number(url.size(), 16).rightJustified(8, '0') +
+                                    url.toHex());
         receiver.send(event);
         QByteArray log;
         const auto isAbandoned = [&program, &log] {

@@ -274,7 +274,10 @@ private slots:
         QFETCH(QString, value);
         QTEST(PageStatement::keyboardPress(key, id), "statement");
         m_portal->evaluate("i.focus()");
+        LogCapture log;
         m_portal->window.VirtualKeyboardOnKey(key, id);
+        const QString record = log.take().filter("VirtualKeyboardOnKey").value(0);
+        QVERIFY2(record.startsWith("VirtualKeyboardOnKey (): "), qPrintable(record));
         QCOMPARE(m_portal->evaluate("i.value").toString(), value);
     }
 };

@@ -307,7 +307,9 @@ private slots:
     void favouritesKey()
     {
         build(focusedPage, launcherPage);
+        LogCapture log;
         QCOMPARE(traceAfter(Qt::Key_F11), QString("keyup(122) keydown(ctrl+122) keyup(ctrl+122)"));
+        QVERIFY(log.take().contains("In portal, convert ctrl+F11"));
         m_portal->window.WinOpenWebFavorites("about:blank", 0);
         QCOMPARE(m_portal->stack()->count(), 2);
         press(Qt::Key_F11);
