@@ -21,8 +21,7 @@ struct SystemAction
 /** Understands an action by its beginning; upper and lower case differ. Any thread. */
 SystemAction parseSystemAction(const QString &action);
 
-/** A path as one word of a shell, whatever letters it has; as it is if it has plain ones. Any
- * thread. */
+/** A path as one word of a shell, in quotes if any of its letters needs them. Any thread. */
 QString shellWord(const QString &path);
 
 /** How long an action script may run; a portal stands still meanwhile. */

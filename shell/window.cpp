@@ -152,7 +152,7 @@ void Window::replaceAbandonedPages()
 
 void Window::loadBarePage()
 {
-    // It may ask without end again, which is heard only while there can be a viewer.
+    // With nobody to answer it would ask without end and be abandoned again and again.
     if (isVisible() && !m_browser.isPoweredOff())
         m_pages->loadBare();
 }

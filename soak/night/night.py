@@ -31,8 +31,8 @@ LAST_REST_S = 10      # belongs to the night as well.
 
 
 class Night:
-    def __init__(self, minutes, seed, fault, fatal=()):
-        self.seed, self.minutes, self.fatal = seed, minutes, list(fatal)
+    def __init__(self, minutes, seed, fault, fatal):
+        self.seed, self.minutes, self.fatal = seed, minutes, fatal
         self.random = random.Random(seed)
         self.seconds = minutes * 60
         with contextlib.ExitStack() as begun:

@@ -144,10 +144,9 @@ def test_garbage(monkeypatch, at_rest, taken, least):
     monkeypatch.setattr(usage.time, "sleep", lambda seconds: None)
     monkeypatch.setattr(usage, "Sample", lambda moment, pid: types.SimpleNamespace(
         moment=moment, pid=pid, own=next(values)))
-    at_work = usage.Usage(lambda: 1, 3600)
-    at_work.rest(4)
-    before = sum(1 for _ in at_rest) - taken
-    at_work.rest(4)
-    assert [rest.own for rest in at_work.rests] == [30, least]
-    assert sum(1 for _ in values) == before
-    at_work.end()
+    used = usage.Usage(lambda: 1, 3600)
+    used.rest(4)
+    used.rest(4)
+    used.end()
+    assert [rest.own for rest in used.rests] == [30, least]
+    assert len(list(values)) == len(at_rest) - taken

@@ -368,12 +368,15 @@ private slots:
                             const QByteArray &eventBehind, const QByteArray &received) {
             QTest::newRow(name) << script << event << eventBehind << received;
         };
-        row("a new portal comes", "gSTB.Stop(); while (true) alert('again');", "portal", "",
-            stop + play);
+        // What it has connected goes with it, too.
+        row("a new portal comes",
+            "gSTB.OnPlay.connect(function () { gSTB.SetAudioPID(1); }); gSTB.Stop();"
+            "while (true) alert('again');",
+            "portal", "", stop + play + stop);
         row("over another dialog",
             "var stbEvent = {onEvent: function () { while (true) confirm('again'); }};"
             "setTimeout(function () { gSTB.Stop(); confirm('first'); }, 0);",
-            playEnd + "portal", "", stop + play);
+            playEnd + "portal", "", stop + play + stop);
         // Once from the page at first, and once when it is loaded again.
         row("while the box is off",
             "gSTB.Stop(); document.onkeydown = function () { while (!confirm('again')); };",
@@ -391,7 +394,8 @@ private slots:
         const TemporaryRoot root;
         ReceiverPeer receiver(BoxPaths::receiverSocket());
         const QString trap = root.write("trap.html", "<script>" + script + "</script>");
-        const QString portal = root.write("portal.html", "<script>gSTB.Play('/a.ts')</script>");
+        const QString portal =
+            root.write("portal.html", "<script>gSTB.Play('/a.ts'); gSTB.Stop();</script>");
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("VESPREL_ROOT", BoxPaths::root());
