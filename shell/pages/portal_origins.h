@@ -36,7 +36,7 @@ private:
 /**
  * An origin in one spelling: lower case, ASCII, no port that the scheme has anyway (0 and -1 are
  * such), "file://" for files. Empty for an opaque origin, one without a scheme or, files apart,
- * without a host.
+ * without a host that its text names.
  */
 QString originText(const QString &scheme, const QString &host, int port);
 

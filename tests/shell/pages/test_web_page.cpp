@@ -159,6 +159,7 @@ private slots:
         row("http://tv", "http://tv.ads.example/", false);
         row("http://tv", "http://tv@ads/", false);
         row("http://[0:0::1]:8080", "http://[::1]:8080/", true);
+        row("http://[fe80::1%25lan]", "http://[fe80::1%25lan]/", true);
         row("http://b\u00fccher", "http://xn--bcher-kva/", true);
         row("http://one http://tv", "http://tv/", true);
         row("http://tv", "file:///home/web/services.html", false);
