@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs what is missing, builds the desktop preset, and runs the box on this PC: see --help.
 set -euo pipefail
+export HOME=${HOME:-~} # who starts this as a service may have none
 here=$(cd "$(dirname "$0")" && pwd)
 run=$here/desktop/run
 export VESPREL_RUN_AS=$0

@@ -155,6 +155,7 @@ private slots:
             QVERIFY(QFile::remove(lifeFile));
         }
         const auto process = static_cast<pid_t>(program.processId());
+        QVERIFY(process > 0); // Else all processes of the test would be stopped.
         QCOMPARE(::kill(process, SIGSTOP), 0);
         QTest::qWait(limitMs * 3 / 2);
         const int before = supervisor.signsOfLife();

@@ -56,7 +56,7 @@ void Portal::load(const QByteArray &body, const QString &name)
     const QString path = root.write("pages/" + name, "<!DOCTYPE html><html>" + body);
     QSignalSpy loaded(view(), &QWebView::loadFinished);
     window.setUrl(QUrl::fromLocalFile(path));
-    if (!loaded.wait(5000))
+    if (!loaded.wait(30000))
         qFatal("the page did not load");
 }
 

@@ -100,17 +100,18 @@ void ReceiverPeer::serve()
             continue;
         if (watched[0].revents != 0)
             return;
-        if (watched[1].revents != 0) {
-            const int connection = ::accept(m_listener, nullptr, nullptr);
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            (m_commands < 0 ? m_commands : m_events) = connection;
-        }
+        // First what the program sends before its second connection: who sees both has got it.
         if (watched[2].revents != 0) {
             char bytes[65536];
             const ssize_t count = ::read(m_commands, bytes, sizeof bytes);
             commandsOpen = count > 0;
             if (commandsOpen)
                 take(QByteArray(bytes, static_cast<int>(count)));
+        }
+        if (watched[1].revents != 0) {
+            const int connection = ::accept(m_listener, nullptr, nullptr);
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            (m_commands < 0 ? m_commands : m_events) = connection;
         }
     }
 }
