@@ -7,14 +7,19 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QWebFrame>
 #include <QWebPage>
 
 #include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -47,6 +52,21 @@ double callTime(QWebPage &page, const char *object)
     return double(timer.nsecsElapsed()) / calls;
 }
 
+/** Nanoseconds in which this file system opens a file, takes a line at its end, and closes it. */
+double lineTime(const QByteArray &path)
+{
+    const QByteArray line(35, 'x'); // About a record.
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < calls; ++i) {
+        const int file = ::open(path.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+        if (file < 0 || ::write(file, line.constData(), size_t(line.size())) < 0)
+            qFatal("cannot write %s", path.constData());
+        ::close(file);
+    }
+    return double(timer.nsecsElapsed()) / calls;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -62,6 +82,9 @@ int main(int argc, char *argv[])
     Sample silentTimes;
     Sample printedTimes;
     Sample keptTimes;
+    Sample lineTimes;
+    const QTemporaryDir folder("/tmp/vesprel-bench-XXXXXX"); // Beside the log.
+    const QByteArray lines = QFile::encodeName(folder.filePath("lines"));
     for (int round = 0; round < 15; ++round) {
         QLoggingCategory::setFilterRules("*.debug=false");
         bareTimes.add(callTime(page, "bare"));
@@ -71,10 +94,12 @@ int main(int argc, char *argv[])
         const QtMessageHandler before = qInstallMessageHandler(writeToLog);
         keptTimes.add(callTime(page, "gSTB"));
         qInstallMessageHandler(before);
+        lineTimes.add(lineTime(lines));
     }
     printJson({{"bare_ns", bareTimes.median()},
                {"records_off_ns", silentTimes.median()},
                {"stderr_ns", printedTimes.median()},
-               {"sink_ns", keptTimes.median()}});
+               {"sink_ns", keptTimes.median()},
+               {"line_ns", lineTimes.median()}});
     return 0;
 }

@@ -67,10 +67,12 @@ def add_link(table, *_):
 def add_stub(table, *_):
     times = output("bench_stub")
     for label, key, target in (("records off", "records_off_ns", 1.3),
-                               ("records to standard error", "stderr_ns", None),
-                               ("records to the log file", "sink_ns", None)):
+                               ("records to standard error", "stderr_ns", None)):
         table.add(f"logging slot, {label}, against a bare slot", times[key] / 1000,
                   times["bare_ns"] / 1000, target, "µs")
+    # File systems differ by more than what is ours here.
+    table.add("logging slot, records to the log file, against a bare slot and a line written",
+              times["sink_ns"] / 1000, (times["bare_ns"] + times["line_ns"]) / 1000, None, "µs")
 
 
 def add_codec(table, _, short):
