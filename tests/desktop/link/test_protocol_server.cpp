@@ -57,7 +57,7 @@ private slots:
         link.commander.write(bytes("3ade68b1 0000044e 00000000"));
         QTRY_COMPARE(muteCount(link), 1);
         QTest::qWait(150); // Until the other connection counts as a listener.
-        link.receiver.runConsoleCommand(parseConsoleLine("receiver silent 0.3"));
+        link.receiver.runConsoleCommand(parseConsoleLine("receiver silent 1"));
         link.receiver.runConsoleCommand(parseConsoleLine("usb mount"));
         link.commander.write(muteTwice);
         QTest::qWait(100);
@@ -67,7 +67,7 @@ private slots:
         QTRY_VERIFY(link.heard(bytes("3ade68b1 000003f9 00000000")));
         QCOMPARE(link.received.size(), 12);
 
-        link.receiver.runConsoleCommand(parseConsoleLine("receiver slow 300"));
+        link.receiver.runConsoleCommand(parseConsoleLine("receiver slow 1000"));
         link.commander.write(muteTwice);
         QTest::qWait(100);
         QCOMPARE(muteCount(link), 3);
