@@ -6,6 +6,7 @@ import shutil
 import signal
 import socket
 import subprocess
+import sys
 import tempfile
 import threading
 
@@ -13,6 +14,14 @@ TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 build = TOP / "build/bench"  # What was built there is measured.
 OURS = "vesprel"
 BARE = "bare view"
+# What a program is started below to have one processor.
+ON_ONE = ("taskset", "-c", str(min(os.sched_getaffinity(0))))
+SIDE_BY_SIDE = 1.4  # So many times more is done by two at once where there is room for both.
+COUNT = """import time
+end, count = time.monotonic() + 0.3, 0
+while time.monotonic() < end:
+    count += 1
+print(count)"""
 
 
 def contenders():
@@ -21,6 +30,16 @@ def contenders():
               "cog": "cog", "Chromium": "chromium"}
     found = [name for name, path in wanted.items() if shutil.which(str(path))]
     return found, [name for name in wanted if name not in found]
+
+
+def run_side_by_side():
+    """Whether two programs do more than one here and now: else there is one processor, a share of
+    one, or two that are one."""
+    def counts(number):
+        running = [subprocess.Popen([sys.executable, "-c", COUNT], stdout=subprocess.PIPE)
+                   for _ in range(number)]
+        return sum(int(process.communicate()[0]) for process in running)
+    return counts(2) >= SIDE_BY_SIDE * counts(1)
 
 
 class SilentReceiver:

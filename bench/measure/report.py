@@ -45,9 +45,11 @@ class Table:
         return "\n".join(lines)
 
     def add_parts(self, kept, order):
-        """Takes the kept rows of parts that it has no rows of."""
-        measured = {row["part"] for row in self.rows}
-        self.rows += [row for row in kept if row["part"] not in measured]
+        """Takes the kept rows of parts that it has no rows of, or none for one processor."""
+        def kind(row):
+            return row["part"], "on one processor" in row["name"]
+        measured = {kind(row) for row in self.rows}
+        self.rows += [row for row in kept if kind(row) not in measured]
         self.rows.sort(key=lambda row: order.index(row["part"]))
 
     @staticmethod
@@ -64,7 +66,12 @@ class Table:
         return [(row, old) for row, old in pairs if self.change(row, old) > WORSE]
 
     def take_better(self, other):
-        """Takes the rows of another table of the same parts whose ratios are better."""
-        again = {row["name"]: row for row in other.rows if row["ratio"]}
-        self.rows = [again[row["name"]] if row["name"] in again and
-                     self.change(again[row["name"]], row) < 1 else row for row in self.rows]
+        """Takes the rows of parts that another table has as well, the better ones of both."""
+        before = {row["name"]: row for row in self.rows if row["ratio"]}
+        order = list(dict.fromkeys(row["part"] for row in self.rows))
+        again = {row["part"] for row in other.rows}
+        self.rows = [row for row in self.rows if row["part"] not in again]
+        for row in other.rows:
+            old = before.get(row["name"])
+            self.rows.append(old if old and self.change(old, row) < 1 else row)
+        self.rows.sort(key=lambda row: order.index(row["part"]))

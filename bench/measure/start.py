@@ -11,8 +11,9 @@ from measure.screen import Screen
 from measure.web import Web
 
 
-def measure(names, runs, progress):
-    """Medians by program: milliseconds to the first request and to onload, KiB of memory."""
+def measure(names, runs, progress, under=()):
+    """Medians by program: milliseconds to the first request and to onload, KiB of memory. Programs
+    are started below another that is given for it."""
     values = {name: {"request_ms": [], "onload_ms": [], "pss_kib": []} for name in names}
     with Screen() as screen, Web() as web:
         # In turn, so that what else the machine does meets all of them.
@@ -20,7 +21,7 @@ def measure(names, runs, progress):
             for name in names:
                 web.clear()
                 begin = time.monotonic()
-                with Run(name, screen.name, web.address) as run:
+                with Run(name, screen.name, web.address, under=under) as run:
                     requested = web.told("requested")
                     loaded = web.told("loaded")
                     time.sleep(3)
@@ -32,7 +33,7 @@ def measure(names, runs, progress):
             for name, kinds in values.items()}
 
 
-def again(names, runs, progress):
+def again(names, runs, progress, under=()):
     """Medians by program: milliseconds to onload where the start before has left its caches."""
     values = {name: [] for name in names}
     with Screen() as screen, Web() as web, contextlib.ExitStack() as stack:
@@ -42,7 +43,7 @@ def again(names, runs, progress):
             for name in names:
                 web.clear()
                 begin = time.monotonic()
-                with Run(name, screen.name, web.address, folders[name]):
+                with Run(name, screen.name, web.address, folders[name], under):
                     loaded = web.told("loaded")
                     # Time to write what the next one finds.
                     time.sleep(1)
