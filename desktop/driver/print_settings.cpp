@@ -121,17 +121,14 @@ QByteArray withPages(const QByteArray &pdf, const QSet<int> &pages)
     const QRegularExpressionMatch end = trailer.match(latin1(pdf));
     QByteArray result = pdf;
     const int object = result.size();
-    result += QString("%1 0 obj\n<<\n/Type /Pages\n/Kids [%2]\n/Count %3%4>>\nendobj\n")
-                  .arg(list.captured(1), kept.join(' '))
-                  .arg(kept.size())
-                  .arg(list.captured(4))
-                  .toLatin1();
+    result +=
+        QString("%1 0 obj\n<<\n/Type /Pages\n/Kids [%2]\n/Count %3%4>>\nendobj\n")
+            .arg(list.captured(1), kept.join(' '), QString::number(kept.size()), list.captured(4))
+            .toLatin1();
     const int table = result.size();
     result += QString("xref\n%1 1\n%2 00000 n \ntrailer\n<<%3/Prev %4\n>>\nstartxref\n%5\n%%EOF\n")
-                  .arg(list.captured(1))
-                  .arg(object, 10, 10, QChar('0'))
-                  .arg(end.captured(1), end.captured(2))
-                  .arg(table)
+                  .arg(list.captured(1), QString::number(object).rightJustified(10, '0'),
+                       end.captured(1), end.captured(2), QString::number(table))
                   .toLatin1();
     return result;
 }

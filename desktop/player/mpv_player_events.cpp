@@ -128,9 +128,9 @@ void MpvPlayer::handleSilence()
         m_mpv->command({"stop"});
     else
         m_mpv->kill();
-    finish(QString("cannot play %1: nothing to show within %2 s")
-               .arg(oneLine(m_medium.request.url))
-               .arg(m_options.startPatienceMs / 1000));
+    finish(
+        QString("cannot play %1: nothing to show within %2 s")
+            .arg(oneLine(m_medium.request.url), QString::number(m_options.startPatienceMs / 1000)));
 }
 
 int MpvPlayer::lengthMs() const

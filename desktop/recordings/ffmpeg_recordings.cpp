@@ -33,8 +33,7 @@ QString makeFile(const QString &wanted)
     QString path = wanted;
     const QString ending = info.suffix().isEmpty() ? QString() : '.' + info.suffix();
     for (int number = 2; QFileInfo::exists(path); ++number)
-        path =
-            QString("%1/%2-%3%4").arg(info.path(), info.completeBaseName()).arg(number).arg(ending);
+        path = info.path() + '/' + info.completeBaseName() + '-' + QString::number(number) + ending;
     QFile file(path);
     return file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ? path : QString();
 }
@@ -75,7 +74,7 @@ void FfmpegRecordings::restore()
     if (!document.object().value("tasks").isArray()) {
         QString kept = file.fileName() + ".broken";
         for (int number = 2; QFileInfo::exists(kept); ++number)
-            kept = QString("%1.broken-%2").arg(file.fileName()).arg(number);
+            kept = file.fileName() + ".broken-" + QString::number(number);
         file.rename(kept);
         emit message("the recording tasks cannot be read; their file is now " + kept);
         return;

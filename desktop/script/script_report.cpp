@@ -86,6 +86,11 @@ QVector<Case> readCases(const QString &name, const ParsedScript &script, const S
     return cases;
 }
 
+QString placeOf(const QString &name, const ScriptStep &step)
+{
+    return name + ':' + QString::number(step.line);
+}
+
 void writeCase(QXmlStreamWriter &xml, const Case &testCase, const QString &name,
                const ParsedScript &script)
 {
@@ -98,11 +103,9 @@ void writeCase(QXmlStreamWriter &xml, const Case &testCase, const QString &name,
         xml.writeStartElement("failure");
         xml.writeAttribute("type", xmlText(step.source.section(' ', 0, 0)));
         xml.writeAttribute("message", xmlText(failed->failure));
-        xml.writeCharacters(
-            xmlText(QString("%1:%2: %3\n%4\n%5")
-                        .arg(name)
-                        .arg(step.line)
-                        .arg(step.source, failed->failure, failed->output.join('\n'))));
+        xml.writeCharacters(xmlText(QString("%1: %2\n%3\n%4")
+                                        .arg(placeOf(name, step), step.source, failed->failure,
+                                             failed->output.join('\n'))));
         xml.writeEndElement();
     } else if (testCase.reached == 0) {
         xml.writeEmptyElement("skipped");
@@ -148,8 +151,5 @@ QString failureLine(const QString &name, const ParsedScript &script, const Scrip
     if (!result.hasFailed())
         return {};
     const ScriptStep &step = script.steps.at(result.steps.last().step);
-    return QString("%1:%2: %3: %4")
-        .arg(name)
-        .arg(step.line)
-        .arg(step.source, result.steps.last().failure);
+    return QString("%1: %2: %3").arg(placeOf(name, step), step.source, result.steps.last().failure);
 }

@@ -23,8 +23,7 @@ const AnswerRow *answerTo(int type)
 QString described(const TrafficMessage &message)
 {
     return QString("%1 (line %2)")
-        .arg(describeCommand(message.type, message.payload))
-        .arg(message.line);
+        .arg(describeCommand(message.type, message.payload), QString::number(message.line));
 }
 
 /** What a program takes for an answer that failed. */

@@ -34,7 +34,7 @@ QString place(const QString &source, int line)
     // What the box evaluates in a page, to tell it of events above all, belongs to no file.
     if (source.isEmpty() || source == "undefined")
         return " (in a statement of the box)";
-    return QString(" (%1:%2)").arg(shown(QUrl(source))).arg(line);
+    return QString(" (%1:%2)").arg(shown(QUrl(source)), QString::number(line));
 }
 
 void warn(const QString &record) { qCWarning(pageLog, "%s", qUtf8Printable(record)); }
@@ -113,9 +113,7 @@ QString certificateFault(const QUrl &url, const QSslError &error)
     default: break;
     }
     return QString("certificate of %1:%2: %3%4")
-        .arg(url.host())
-        .arg(url.port(443))
-        .arg(error.errorString(), detail);
+        .arg(url.host(), QString::number(url.port(443)), error.errorString(), detail);
 }
 
 void logRefusal(const QUrl &url, const QString &reason)

@@ -112,8 +112,8 @@ QJsonObject Pages::run(QWebFrame *frame, const QString &body, const QJsonArray &
     const QJsonArray located = locateWindows(frame, arguments, failure).toArray();
     if (!failure.isEmpty())
         return failure;
-    const QString rest =
-        QString(",%1,%2,%3)").arg(literal(located)).arg(ticket).arg(async ? "true" : "false");
+    const QString rest = ',' + literal(located) + ',' + QString::number(ticket) + ',' +
+                         (async ? "true" : "false") + ')';
     const QPointer<QWebFrame> guard(frame);
     QString answer = ask(frame, ".run(" + literal(body) + rest);
     if (guard && answer.startsWith("{\"error\":\"needs function\"")) {

@@ -132,10 +132,11 @@ void TestDriver::commands_data()
 
     const auto run = [post](const char *script, const char *answer) {
         post("execute/sync",
-             compact(QJsonObject{{"script", script}, {"args", QJsonArray{"given"}}}), answer);
+             compact(QJsonObject{{"script", script}, {"args", QJsonArray{"a%2Fb%1"}}}), answer);
     };
     post("execute/sync", R"({"script":"return 1"})", "invalid argument");
-    run("return [arguments[0], null, 1.5, {a: [2]}, NaN]", R"(["given",null,1.5,{"a":[2]},null])");
+    run("return [arguments[0], null, 1.5, {a: [2]}, NaN]",
+        R"(["a%2Fb%1",null,1.5,{"a":[2]},null])");
     run("return document.getElementsByTagName('iframe')[0].contentWindow",
         R"({"frame-075b-4da1-b6ba-e579c2d3230a":)");
     run("return window", R"({"window-fcc6-11e5-b4f8-330a88ab9d7f":"portal"})");

@@ -214,23 +214,23 @@ private slots:
         int waiting = 0;
         {
             Run run;
-            recording = run.record(channel.url(), "a.ts", 0, 3600);
+            recording = run.record(channel.url(), "a%2b.ts", 0, 3600);
             waiting = run.record(channel.url(), "b.ts", 3000, 3600);
             QCOMPARE(run.recordings.setMaximumCount(2), 0);
             QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 1, patienceMs);
         }
-        QVERIFY(QFileInfo(recordingsFolder() + "/a.ts").size() > 0);
+        QVERIFY(QFileInfo(recordingsFolder() + "/a%2b.ts").size() > 0);
         Run run;
         QCOMPARE(run.recordings.all().size(), 2);
         QVERIFY(run.state(waiting) == RecordingState::Waiting);
         QTRY_COMPARE_WITH_TIMEOUT(run.started.count(), 1, patienceMs); // It goes on,
-        QVERIFY(QFileInfo::exists(recordingsFolder() + "/a-2.ts"));    // in a second file.
+        QVERIFY(QFileInfo::exists(recordingsFolder() + "/a%2b-2.ts")); // in a second file.
         QCOMPARE(run.record(channel.url(), "c.ts", 0, 60), RecordingError::tooMany);
         QCOMPARE(run.recordings.remove(waiting, RemoveType::TaskOnly), 0);
         QVERIFY(run.record(channel.url(), "c.ts", 0, 60) > waiting); // Numbers are not used again.
         QCOMPARE(run.recordings.remove(recording, RemoveType::EveryFile), 0);
-        QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a.ts"));
-        QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a-2.ts"));
+        QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a%2b.ts"));
+        QVERIFY(!QFileInfo::exists(recordingsFolder() + "/a%2b-2.ts"));
     }
 
     void endPassedWhileAway()

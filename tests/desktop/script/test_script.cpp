@@ -271,8 +271,8 @@ private slots:
         run.runner.abort("again");
         QCOMPARE(run.finished.count(), 1);
         QCOMPARE(run.failure(), "the program has ended");
-        QCOMPARE(failureLine("s.txt", run.script, run.runner.result()),
-                 "s.txt:1: wait 60: the program has ended");
+        QCOMPARE(failureLine("s%2F.txt", run.script, run.runner.result()),
+                 "s%2F.txt:1: wait 60: the program has ended");
     }
 
     void report_data()

@@ -50,7 +50,7 @@ QVector<TrafficMessage> session()
     QVector<TrafficMessage> messages = {
         command(100, Command::VirtualScreen, integerPayload(1280)),
         event(200, Event::NewPortal, "http://field/"),
-        command(5000, Command::MediaPlay, "a.ts"),
+        command(5000, Command::MediaPlay, "a%2F.ts"),
         event(5400, Event::PlayStart),
         event(6400, Event::PlayTimeStatus, integerPayload(9000, 1000)),
         event(7400, Event::PlayTimeStatus, integerPayload(9000, 2000)),
@@ -200,9 +200,9 @@ private slots:
         QCOMPARE(told(replay.advance(1100)), "1000");
         // The viewer takes longer here than the recorded one.
         QCOMPARE(replay.nextTime().value_or(0), 1000 + 4900 + 5000);
-        QCOMPARE(told(replay.advance(10900)), "|waiting for: play a.ts (line 3)");
+        QCOMPARE(told(replay.advance(10900)), "|waiting for: play a%2F.ts (line 3)");
         QVERIFY(!replay.nextTime());
-        QCOMPARE(told(replay.take(1000, "a.ts", 20000)), "");
+        QCOMPARE(told(replay.take(1000, "a%2F.ts", 20000)), "");
         QCOMPARE(told(replay.advance(20400)), "1001");
         // And is quicker now: what came before the request does so, once where it repeats.
         QCOMPARE(told(replay.take(1902, {}, 20500)), "1005");
@@ -221,14 +221,14 @@ private slots:
         QTest::addColumn<QString>("told");
         const auto row = [](const char *name, int type, const QByteArray &payload,
                             const char *words) { QTest::newRow(name) << type << payload << words; };
-        row("other payload", 1000, "b.ts", "1000|recorded was: play a.ts (line 3)");
+        row("other payload", 1000, "b.ts", "1000|recorded was: play a%2F.ts (line 3)");
         row("later command", 1001, "",
-            "1000 1001 1005|not sent by this program: play a.ts (line 3)|"
+            "1000 1001 1005|not sent by this program: play a%2F.ts (line 3)|"
             "not sent by this program: get storage information (line 7)");
         row("unknown command", 1002, "",
-            "|not in the recording: pause; expected is play a.ts (line 3)");
+            "|not in the recording: pause; expected is play a%2F.ts (line 3)");
         row("request without an answer", 1906, "{}",
-            "1022|not in the recording: get recording {}; expected is play a.ts (line 3)|"
+            "1022|not in the recording: get recording {}; expected is play a%2F.ts (line 3)|"
             "no such answer was recorded; answered as failed");
     }
 
