@@ -8,8 +8,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -129,9 +129,13 @@ std::optional<Direction> readDirection(const QJsonValue &value)
 
 std::optional<QByteArray> readRaw(const QString &text)
 {
-    static const QRegularExpression hex("^([0-9a-fA-F]{2})*$");
-    return hex.match(text).hasMatch() ? std::optional(QByteArray::fromHex(text.toLatin1()))
-                                      : std::nullopt;
+    const auto isDigit = [](QChar digit) {
+        return (digit >= '0' && digit <= '9') || (digit >= 'a' && digit <= 'f') ||
+               (digit >= 'A' && digit <= 'F');
+    };
+    // No regular expression, whose engine has too small a stack for what a receiver may send.
+    const bool isHex = text.size() % 2 == 0 && std::all_of(text.begin(), text.end(), isDigit);
+    return isHex ? std::optional(QByteArray::fromHex(text.toLatin1())) : std::nullopt;
 }
 
 std::optional<qint64> readWhole(const QJsonValue &value, double most)
