@@ -14,11 +14,42 @@ var Directory = (function () {
     }
 
     /*
-     * The answer is script source: two arrays with the names as they are. A quote in a name makes
-     * it something else, so it is run inside a function where it cannot touch names of this page.
+     * The answer is script source, two arrays, with the names of files as they are: whoever names a
+     * file on a stick can make it any script. So it is read and never run, since what runs in this
+     * page may do all that gSTB can. A folder ends in "/", which no name holds; a file in its size.
+     * A name that imitates the text between two files reads as two, of which neither is there.
      */
-    function evaluate(source) {
-        return new Function(source + 'return {dirs: dirs, files: files};')();
+    function parse(source) {
+        var listing = {dirs: [], files: []};
+        var rest = source;
+
+        function take(pattern) {
+            var match = pattern.exec(rest);
+            rest = match ? rest.substr(match[0].length) : rest;
+            return match;
+        }
+
+        function takeAll(pattern, add) {
+            var match = take(pattern);
+            while (match) {
+                add(match);
+                match = take(/^, /) && take(pattern);
+            }
+        }
+
+        if (!take(/^var dirs = \[/)) {
+            return null;
+        }
+        takeAll(/^"([^\/]+\/)"/, function (match) {
+            listing.dirs.push(match[1]);
+        });
+        if (!take(/^\];var files = \[/)) {
+            return null;
+        }
+        takeAll(/^\{"name":"([^\/]+?)","size":(\d+)\}(?=, \{"name":"|\];$)/, function (match) {
+            listing.files.push({name: match[1], size: Number(match[2])});
+        });
+        return rest === '];' ? listing : null;
     }
 
     function isFolder(path) {
@@ -38,11 +69,9 @@ var Directory = (function () {
             Box.stb('SetListFilesExt', extensions.concat(extensions.map(function (extension) {
                 return extension.toUpperCase();
             })).join(' '));
-            try {
-                listing = evaluate(Box.stb('ListDir', folder));
-            } catch (error) {
-                return {entries: [], problem: 'This folder cannot be listed: a name in it holds a ' +
-                    'quote or a backslash, which the box passes on as it is (' + error.message + ').'};
+            listing = parse(String(Box.stb('ListDir', folder)));
+            if (!listing) {
+                return {entries: [], problem: 'What the box answers is no list of a folder.'};
             }
             return {
                 entries: listing.dirs.map(function (name) {
