@@ -127,7 +127,7 @@ private:
             return m_context.settle();
         }
         // The display counts from 1 and has its wheel between the middle and the further ones.
-        const int number = action.button < 3 ? action.button + 1 : action.button + 5;
+        const qint64 number = action.button < 3 ? action.button + 1 : action.button + 5;
         if (number > 255)
             return false;
         m_context.display->pressButton(quint8(number), down);

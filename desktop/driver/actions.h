@@ -30,7 +30,7 @@ struct Action
     QString source;
     double duration = -1; ///< ms; negative: none was given.
     QString key;
-    int button = 0;
+    qint64 button = 0;
     QJsonValue origin = "viewport"; ///< "viewport", "pointer" or an element.
     double x = 0;
     double y = 0;
@@ -47,7 +47,7 @@ struct InputSource
     double x = 0;                  ///< In the viewport.
     double y = 0;
     QMap<QString, quint8> keys; ///< Held keys, with those of the display.
-    QSet<int> buttons;
+    QSet<qint64> buttons;
     bool shift = false;
 };
 

@@ -79,7 +79,8 @@ Action readPointer(const QString &subtype, const QJsonObject &item)
     Action action;
     if (subtype == "pointerDown" || subtype == "pointerUp") {
         action.kind = subtype == "pointerDown" ? Kind::PointerDown : Kind::PointerUp;
-        action.button = int(required(integerMember(item, "button", 0, maxSafeInteger), "button"));
+        action.button =
+            qint64(required(integerMember(item, "button", 0, maxSafeInteger), "button"));
     } else if (subtype == "pointerMove") {
         action.kind = Kind::PointerMove;
         action.duration = durationOf(item);

@@ -187,26 +187,32 @@ void TestDriverBeyondKeys::touches_data()
 {
     QTest::addColumn<QByteArray>("kind");
     QTest::addColumn<int>("y");
+    QTest::addColumn<QByteArray>("button");
     QTest::addColumn<QByteArray>("events");
-    QTest::newRow("taken") << QByteArray("touch") << 20
+    QTest::newRow("taken") << QByteArray("touch") << 20 << QByteArray("0")
                            << QByteArray(R"(["touchstart 30","touchmove 40","touchend 40"])");
-    QTest::newRow("left") << QByteArray("touch") << 80
+    QTest::newRow("left") << QByteArray("touch") << 80 << QByteArray("0")
                           << QByteArray(R"(["mousedown 30","click 40"])");
-    QTest::newRow("pen") << QByteArray("pen") << 20 << QByteArray(R"(["mousedown 30","click 40"])");
+    QTest::newRow("pen") << QByteArray("pen") << 20 << QByteArray("0")
+                         << QByteArray(R"(["mousedown 30","click 40"])");
+    QTest::newRow("button that no display has")
+        << QByteArray("mouse") << 20 << QByteArray("4294967296") << QByteArray("[]");
 }
 
 void TestDriverBeyondKeys::touches()
 {
     QFETCH(QByteArray, kind);
     QFETCH(int, y);
+    QFETCH(QByteArray, button);
     const QByteArray at = ",\"y\":" + QByteArray::number(y) + "}";
-    const DriverClient::Answer answer =
-        m_client.post("actions", R"({"actions":[{"type":"pointer","id":")" + kind +
-                                     R"(","parameters":{"pointerType":")" + kind +
-                                     R"("},"actions":[{"type":"pointerMove","x":30)" + at +
-                                     R"(,{"type":"pointerDown","button":0},)"
-                                     R"({"type":"pointerMove","x":40)" +
-                                     at + R"(,{"type":"pointerUp","button":0}]}]})");
+    const DriverClient::Answer answer = m_client.post(
+        "actions", R"({"actions":[{"type":"pointer","id":")" + kind +
+                       R"(","parameters":{"pointerType":")" + kind +
+                       R"("},"actions":[{"type":"pointerMove","x":30)" + at +
+                       R"(,{"type":"pointerDown","button":)" + button +
+                       R"(},)"
+                       R"({"type":"pointerMove","x":40)" +
+                       at + R"(,{"type":"pointerUp","button":)" + button + R"(}]}]})");
     QVERIFY2(answer.status == 200, compact(answer.value));
     QTEST(events(), "events");
 }
