@@ -186,9 +186,23 @@ std::optional<QJsonObject> Box::request(const QJsonObject &message, const Deadli
     return answer->second;
 }
 
-bool Box::tellReceiver(const QString &line)
+bool Box::tellReceiver(const QString &line, const Deadline &deadline)
 {
     const QByteArray bytes = line.toUtf8() + '\n';
-    return ::write(m_receiverInput.number(), bytes.constData(), std::size_t(bytes.size())) ==
-           bytes.size();
+    int written = 0;
+    while (written < bytes.size() && !m_gone) {
+        const ssize_t size = ::write(m_receiverInput.number(), bytes.constData() + written,
+                                     std::size_t(bytes.size() - written));
+        if (size > 0) {
+            written += int(size);
+            continue;
+        }
+        pollfd polled{m_receiverInput.number(), POLLOUT, 0};
+        const bool mayRead = errno == EAGAIN || errno == EINTR;
+        if (!mayRead || ::poll(&polled, 1, millisecondsTo(deadline)) == 0)
+            break;
+    }
+    if (written > 0 && written < bytes.size())
+        m_receiverInput.reset();
+    return written == bytes.size();
 }

@@ -58,8 +58,11 @@ public:
      */
     std::optional<QJsonObject> request(const QJsonObject &message, const Deadline &deadline);
 
-    /** Writes a line to the receiver's console. False if it is gone. */
-    bool tellReceiver(const QString &line);
+    /**
+     * Writes a line to the receiver's console. False if it is gone or does not read before the
+     * deadline; half a line then closes the console.
+     */
+    bool tellReceiver(const QString &line, const Deadline &deadline);
 
     /** Whether the program has ended. */
     bool isGone() const { return m_gone; }

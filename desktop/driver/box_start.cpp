@@ -196,6 +196,8 @@ void Box::startReceiver(const BoxPrograms &programs, const BoxOptions &options)
     confine(how, m_folder);
     startChild(m_receiver, how, nullptr);
     m_receiverInput = std::move(input.write);
+    // A receiver that does not read must not hold its session up.
+    ::fcntl(m_receiverInput.number(), F_SETFL, O_NONBLOCK);
     m_receiverOutput = std::move(output.read);
     input.read.reset();
     output.write.reset();

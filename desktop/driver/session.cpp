@@ -54,19 +54,28 @@ void Session::giveUp()
 
 std::chrono::steady_clock::duration Session::idleTime() const
 {
-    return std::chrono::steady_clock::duration(now() - m_lastUse);
+    return std::chrono::steady_clock::duration(m_commands > 0 ? 0 : now() - m_lastUse);
+}
+
+Session::Use::Use(Session &session)
+    : m_session(session)
+{
+    ++m_session.m_commands;
+}
+
+Session::Use::~Use()
+{
+    m_session.m_lastUse = now();
+    --m_session.m_commands;
 }
 
 QJsonValue Session::execute(const Endpoint &endpoint, const CommandCall &call)
 {
+    const Use use(*this);
     const std::lock_guard<std::mutex> turn(m_turn);
-    m_lastUse = now();
     try {
-        if (!m_over) {
-            const QJsonValue result = (this->*endpoint.handler)(call);
-            m_lastUse = now();
-            return result;
-        }
+        if (!m_over)
+            return (this->*endpoint.handler)(call);
     } catch (const WebDriverError &) {
         // What was ended on purpose has no last words.
         if (!m_over)

@@ -42,7 +42,7 @@ public:
     /** Whether the program is gone or the last window was closed. */
     bool isOver() const { return m_over || m_box.isGone(); }
 
-    /** Since when no command came. */
+    /** Since when no command came or ran; 0 while one does. */
     std::chrono::steady_clock::duration idleTime() const;
 
     // The commands of the standard by their names there, then those of the box; each takes the
@@ -126,6 +126,19 @@ private:
         QString m_kept;
     };
 
+    /** For as long as it lives a command keeps the session in use. */
+    class Use
+    {
+    public:
+        explicit Use(Session &session);
+        ~Use();
+        Use(const Use &) = delete;
+        Use &operator=(const Use &) = delete;
+
+    private:
+        Session &m_session;
+    };
+
     /** Where the current frame is on the display. */
     struct Place
     {
@@ -181,5 +194,6 @@ private:
     quint32 m_mark = 0;
     std::mutex m_turn;
     std::atomic<bool> m_over{false};
+    std::atomic<int> m_commands{0}; ///< That run or wait for their turn.
     std::atomic<std::chrono::steady_clock::duration::rep> m_lastUse;
 };

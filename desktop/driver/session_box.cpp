@@ -45,8 +45,9 @@ QJsonValue Session::tellReceiver(const CommandCall &call)
     if (line.contains('\n') || line.trimmed() == "quit")
         failArgument("\"line\" is to be one line and not the end of the receiver");
     const qint64 before = m_box.records().receiverLineCount();
-    if (!m_box.tellReceiver(line))
-        fail("unknown error", "The receiver is gone.\n" + m_box.records().lastLines(20));
+    if (!m_box.tellReceiver(line, deadlineAfter(answerTime)))
+        fail("unknown error",
+             "The receiver is gone or does not read.\n" + m_box.records().lastLines(20));
     // Whatever it says first is what came of the line, or of a page that was quicker.
     return m_box.records().waitForReceiver({""}, before, answerTime);
 }

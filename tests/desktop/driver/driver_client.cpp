@@ -15,13 +15,13 @@ DriverClient::~DriverClient()
     m_process.waitForFinished();
 }
 
-bool DriverClient::start()
+bool DriverClient::start(const QStringList &options)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("TMPDIR", m_folder.path());
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(VESPREL_DRIVER, {"--port", "0"});
+    m_process.start(VESPREL_DRIVER, QStringList{"--port", "0"} + options);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(30000))
             return false;

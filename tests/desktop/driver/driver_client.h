@@ -28,8 +28,8 @@ public:
     /** Ends the driver, which ends its boxes. */
     ~DriverClient();
 
-    /** Starts the driver; false if it does not get ready. */
-    bool start();
+    /** Starts the driver with further options; false if it does not get ready. */
+    bool start(const QStringList &options = {});
 
     /** Where the driver listens. */
     int port() const { return m_port; }

@@ -27,6 +27,8 @@ private slots:
     void profiles_data();
     void profiles();
     void endlessScript();
+    void commandKeepsItsSession();
+    void stoppedReceiver();
     void programIsConfined();
     void crashedProgram();
     void nothingIsLeft();
@@ -112,6 +114,34 @@ void TestDriverSessions::endlessScript()
     QCOMPARE(m_client.end().status, 200);
     QTRY_VERIFY(m_client.children().isEmpty());
     QCOMPARE(m_client.get("title").error(), QString("invalid session id"));
+    QCOMPARE(m_client.begin().status, 200);
+}
+
+void TestDriverSessions::commandKeepsItsSession()
+{
+    DriverClient client;
+    QVERIFY(client.start({"--session-timeout", "1"}));
+    DriverClient::Answer answer;
+    // A loaded machine may need the second before the command comes.
+    for (int attempt = 0; attempt < 5 && !answer.value.isDouble(); ++attempt) {
+        QCOMPARE(client.begin().status, 200);
+        answer = client.post("execute/async",
+                             R"js({"script":"setTimeout(arguments[0], 3000, 5)","args":[]})js");
+    }
+    QCOMPARE(compact(answer.value), QByteArray("5"));
+}
+
+/** What its console does not take holds neither the client nor the session's end up. */
+void TestDriverSessions::stoppedReceiver()
+{
+    const QList<qint64> receivers = m_client.children("vesprel-receive");
+    QCOMPARE(receivers.size(), 1);
+    QCOMPARE(::kill(pid_t(receivers.first()), SIGSTOP), 0);
+    const QByteArray line = R"({"line":")" + QByteArray(200000, 'x') + R"("})";
+    const DriverClient::Answer answer = m_client.post("vesprel/receiver", line);
+    QCOMPARE(answer.error(), QString("unknown error"));
+    QCOMPARE(m_client.end().status, 200);
+    QTRY_VERIFY_WITH_TIMEOUT(m_client.children().isEmpty(), 30000);
     QCOMPARE(m_client.begin().status, 200);
 }
 
