@@ -40,13 +40,13 @@ var Directory = (function () {
         if (!take(/^var dirs = \[/)) {
             return null;
         }
-        takeAll(/^"([^\/]+\/)"/, function (match) {
+        takeAll(/^"([^/]+\/)"/, function (match) {
             listing.dirs.push(match[1]);
         });
         if (!take(/^\];var files = \[/)) {
             return null;
         }
-        takeAll(/^\{"name":"([^\/]+?)","size":(\d+)\}(?=, \{"name":"|\];$)/, function (match) {
+        takeAll(/^\{"name":"([^/]+?)","size":(\d+)\}(?=, \{"name":"|\];$)/, function (match) {
             listing.files.push({name: match[1], size: Number(match[2])});
         });
         return rest === '];' ? listing : null;
