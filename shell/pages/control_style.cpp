@@ -22,8 +22,7 @@ const char listStyle[] = "select:not([multiple]):not([size]) { background-color:
 
 const char popupStyle[] =
     "* { background: #ffffff; color: #000000; font-size: %1px; }"
-    "QAbstractItemView { border: 2px solid #303030; outline: none;"
-    "                    selection-background-color: #1f6fb5; selection-color: #ffffff; }";
+    "QAbstractItemView { border: 2px solid #303030; outline: none; selection-color: #ffffff; }";
 
 /** Lends an option other colours while it is drawn, whatever its type. */
 class Recoloured
