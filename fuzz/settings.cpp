@@ -28,6 +28,10 @@ void store(const QString &stored, const QVector<Setting> &settings)
     const QByteArray content = settingsText(stored, settings);
     const QJsonDocument document = QJsonDocument::fromJson(stored.toUtf8());
     FUZZ_CHECK(!content.isEmpty());
+    QByteArray oneByOne = stored.toUtf8();
+    for (const Setting &setting : settings)
+        oneByOne = settingsText(firstWord(oneByOne), {setting});
+    FUZZ_CHECK(content == oneByOne);
     const bool arePlain = isPlain(stored) && !stored.contains("\\u") &&
                           std::all_of(settings.begin(), settings.end(), [](const Setting &setting) {
                               return isPlain(setting.first) && isPlain(setting.second);
@@ -75,7 +79,7 @@ void storeInFile(const QByteArray &bytes, const QVector<Setting> &settings)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     Input input(data, size);
-    QVector<Setting> settings(input.byte() % 4 + 1);
+    QVector<Setting> settings(input.byte() % 8 + 1);
     for (Setting &setting : settings) {
         setting.first = QString::fromUtf8(input.line());
         setting.second = QString::fromUtf8(input.line());
