@@ -26,7 +26,10 @@ void Enigma2Thread::run()
     logRecord("当前线程ID:", QThread::currentThreadId());
     logRecord("开始执行");
     while (!isInterruptionRequested()) {
-        if (socket.waitForReadyRead(pollMilliseconds))
+        // Where the server is too busy to accept, only an event loop or this tries again.
+        if (socket.state() == QLocalSocket::ConnectingState && !socket.waitForConnected(0))
+            msleep(pollMilliseconds);
+        else if (socket.waitForReadyRead(pollMilliseconds))
             reader.ReadMessages(socket);
         else if (socket.state() == QLocalSocket::UnconnectedState)
             msleep(pollMilliseconds); // An unconnected socket does not wait; spare the processor.

@@ -6,15 +6,20 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <pthread.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <thread>
+#include <unistd.h>
 
 /** The link under load and with peers that do not behave. */
 class TestLinkBounds : public QObject
@@ -125,6 +130,41 @@ private slots:
         const auto before = spentMicroseconds();
         QTest::qWait(600);
         QVERIFY2(spentMicroseconds() - before < 25000, qPrintable(thread));
+    }
+
+    /** A receiver that is too busy to accept: the reader's connection finds no place in the queue.
+     */
+    void fullQueueOfConnections()
+    {
+        const QByteArray path = QFile::encodeName(m_bench->socketPath());
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::copy(path.begin(), path.end(), address.sun_path);
+        const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0);
+        QCOMPARE(::bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        QCOMPARE(::listen(listener, 0), 0);
+        LogCapture log;
+        m_bench->link->ConnectServer(m_bench->socketPath());
+        const QString begun = QString::fromUtf8("\u5f00\u59cb\u6267\u884c");
+        QStringList records;
+        const auto tried = [&log, &records, begun] {
+            records += log.take();
+            return !records.filter(begun).isEmpty();
+        };
+        QTRY_VERIFY(tried());
+        QSignalSpy start(m_bench->link.get(), &Enigma2::OnPlayStart);
+        const int commands = ::accept(listener, nullptr, nullptr);
+        int events = -1;
+        const auto accepted = [&events, listener] {
+            events = events >= 0 ? events : ::accept(listener, nullptr, nullptr);
+            return events >= 0;
+        };
+        QTRY_VERIFY(accepted());
+        const QByteArray bytes = QByteArray::fromHex(frame("000003e900000000"));
+        QVERIFY(::write(events, bytes.data(), std::size_t(bytes.size())) > 0);
+        QTRY_COMPARE(start.count(), 1);
+        for (const int descriptor : {events, commands, listener})
+            ::close(descriptor);
     }
 
     /** However fast events come, the event loop turns between them, and none is lost. */
