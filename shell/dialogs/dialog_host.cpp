@@ -74,6 +74,8 @@ DialogAnswer DialogHost::show(const Dialog &dialog)
     connect(level.panel, &DialogPanel::decided, &level.loop, [&level](bool accepted) {
         level.accepted = accepted;
         level.loop.quit();
+        // Keys that wait behind the one that answered are no second answer.
+        level.panel->hide();
     });
     m_levels.append(&level);
     watchKeys();
@@ -158,7 +160,8 @@ void DialogHost::abandonPages()
     emit pagesAbandoned();
     QMetaObject::invokeMethod(this, &DialogHost::runPending, Qt::QueuedConnection);
     // Only the end of the process ends this loop, and the script would go on asking.
-    std::_Exit(QEventLoop().exec());
+    QEventLoop().exec();
+    std::_Exit(EXIT_SUCCESS);
 }
 
 void DialogHost::watchKeys()

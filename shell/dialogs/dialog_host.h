@@ -17,9 +17,9 @@ class QWidget;
  * Asks the viewer what pages ask, and sees to it that no question holds the box up.
  *
  * A page's script waits inside ask(), in an event loop of its own, with its frames on the stack.
- * Nothing that those use may be freed, and no page loaded, until that loop has returned: whoever
- * does either goes through whenAnswered(). While a dialog is open it takes the keys of the remote
- * from whatever widget they were meant for. GUI thread.
+ * Nothing that those use may be freed, and no other page put in their place, until that loop has
+ * returned: whoever does either goes through whenAnswered(). While a dialog is open it takes the
+ * keys of the remote from whatever widget they were meant for. GUI thread.
  */
 class DialogHost : public QObject
 {

@@ -239,7 +239,8 @@ void DialogPanel::scroll(int pages)
 
 void DialogPanel::enter(const QString &text)
 {
-    if (!m_field || text.isEmpty() || !text.at(0).isPrint())
+    const QVector<uint> characters = text.toUcs4();
+    if (!m_field || characters.isEmpty() || !QChar::isPrint(characters.first()))
         return;
     m_entered = (m_entered + text).left(longestEntry);
     showEntered();

@@ -42,6 +42,7 @@ void KeyboardPane::open()
 {
     // The keys stay with the portal until this load has ended well.
     m_shown = false;
+    // While a script of the page that is there waits for an answer, the engine holds this back.
     m_view->load(QUrl(BoxPaths::keyboardPageUrl()));
     m_subWindow->show();
 }

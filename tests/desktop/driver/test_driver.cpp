@@ -291,9 +291,9 @@ void TestDriver::dialogsHoldTheNextCommand()
     QCOMPARE(m_client.script("return answer").value, QJsonValue(true));
 
     m_client.script("window.answer = prompt('name?', 'nobody')");
-    QCOMPARE(m_client.post("alert/text", R"({"text":"somebody"})").status, 200);
+    QCOMPARE(m_client.post("alert/text", R"({"text":"😀 somebody"})").status, 200);
     QCOMPARE(m_client.post("alert/accept").status, 200);
-    QCOMPARE(m_client.script("return answer").value.toString(), QString("somebody"));
+    QCOMPARE(m_client.script("return answer").value.toString(), QString::fromUtf8("😀 somebody"));
 
     m_client.script("alert('first\\nline'); alert('second')");
     const DriverClient::Answer answer = m_client.get("title");

@@ -101,6 +101,7 @@ private slots:
         row("backspace", "confirm('x')", {Key_Backspace}, "false");
         row("F5", "confirm('x')", {Key_F5}, "false");
         row("select", "confirm('x')", {Key_Select}, "true");
+        row("the first answer counts", "confirm('x')", {Key_Back, Key_Return}, "false");
         row("a remote's back", "confirm('x')", {Key_Back}, "false");
         row("tab and back", "confirm('x')", {Key_Tab, Key_Backtab, Key_Return}, "true");
         row("others do nothing", "confirm('x')", {Key_F1, Key_B, Key_1, Key_Return}, "true");
