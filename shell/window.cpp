@@ -29,6 +29,7 @@
 #include "shell/window_placement.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QNetworkDiskCache>
 #include <QPointer>
@@ -205,6 +206,13 @@ void Window::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     activateWindow();
     loadBarePage();
+}
+
+void Window::closeEvent(QCloseEvent *event)
+{
+    QMainWindow::closeEvent(event);
+    if (event->spontaneous())
+        QCoreApplication::quit();
 }
 
 void Window::keepFocus()

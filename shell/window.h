@@ -34,7 +34,7 @@ enum class Recording;
  * The one top-level widget and the only place where the parts meet. It owns the pages, the
  * keyboard, the objects that pages see and the receiver link, wires them (connections.cpp),
  * publishes the objects and scripts to every page (bridge.cpp), and brings the receiver's events
- * into the portal (portal_events.cpp). It keeps no state of its own: its slots are what others
+ * into the portal (portal_events.cpp). State of the box is in its parts: its slots are what others
  * connect to, and ask whoever owns it. GUI thread.
  */
 class Window : public QMainWindow
@@ -58,6 +58,9 @@ public:
 protected:
     /** Takes the keys also where no window manager gives them to a window that appears. */
     void showEvent(QShowEvent *event) override;
+
+    /** Who closes the window at a desk ends the program: hidden, nobody could end it any more. */
+    void closeEvent(QCloseEvent *event) override;
 
 signals:
     /** Asks for QuitApp(). */

@@ -24,9 +24,10 @@ make_scratch() {
     mktemp -d "$folder"
 }
 
-# Whether another box runs on it. Who runs one holds the lock.
+# Whether another box runs on it. Who runs one holds the lock of the folder itself: a file in it
+# could be anything that a page has made there.
 root_is_in_use() {
-    [ -O "$VESPREL_ROOT/.running" ] && ! flock -n "$VESPREL_ROOT/.running" true
+    [ -O "$VESPREL_ROOT" ] && ! flock -n "$VESPREL_ROOT" true
 }
 
 # Ends if the box would be the second one on it. Pictures have a root of their own, unless one is named.
@@ -44,12 +45,14 @@ prepare_root() {
     # Scripts and a socket below it act for the user, so nobody else may have prepared it.
     [ -O "$VESPREL_ROOT" ] && [ ! -L "$VESPREL_ROOT" ] || fail "$VESPREL_ROOT belongs to somebody else"
     [ -w "$VESPREL_ROOT" ] || fail "nothing can be written into $VESPREL_ROOT"
-    exec {running}>"$VESPREL_ROOT/.running"
+    exec {running}<"$VESPREL_ROOT"
     flock -n "$running" || fail_in_use
-    local pages=$VESPREL_ROOT/usr/share/vesprel/web/system/keyboard
-    rm -rf "$pages"
-    mkdir -p "${pages%/*}" "$VESPREL_ROOT/media"
-    ln -s "$keyboard_pages" "$pages"
+    local system=$VESPREL_ROOT/usr/share/vesprel/web/system
+    # Nor may a link that a page has made lead this script to the user's files.
+    [ "$(realpath -m -- "$system")" = "$system" ] || fail "a link in $VESPREL_ROOT/usr leads out of it"
+    rm -rf "$system/keyboard"
+    mkdir -p "$system" "$VESPREL_ROOT/media"
+    ln -s "$keyboard_pages" "$system/keyboard"
 }
 
 # The clips of the demo portal and of the documents' first page are made once for all roots, the

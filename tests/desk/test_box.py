@@ -57,6 +57,28 @@ def test_quit(desk, display):
     assert run.end(30) == 0, run.text
 
 
+@pytest.fixture
+def window_manager(display):
+    manager = subprocess.Popen(["openbox", "--sm-disable"], env={**os.environ, "DISPLAY": display})
+    wait_until(lambda: b"window id" in subprocess.run(
+        ["xprop", "-display", display, "-root", "_NET_SUPPORTING_WM_CHECK"],
+        stdout=subprocess.PIPE, check=True).stdout)
+    yield
+    manager.terminate()
+    manager.wait()
+
+
+@pytest.mark.parametrize("size", [[], ["--window", "800x450"]])
+def test_window_is_closed(desk, display, window_manager, size):
+    """Also while the page asks something, and would ask on."""
+    page = desk.page("page.html", "<script>setTimeout(function () {"
+                     "while (true) confirm('again?') }, 0);</script>")
+    run = started(desk, *size, page, DISPLAY=display)
+    run.shows("Dialog:")
+    subprocess.run(["xdotool", "key", "alt+F4"], env={"DISPLAY": display}, check=True)
+    assert run.end(30) == 0, run.text
+
+
 def test_second_box(desk, display):
     page = desk.page("page.html")
     first = started(desk, page, DISPLAY=display)
@@ -144,6 +166,22 @@ def test_other_user(desk):
     os.chown(root, 65534, 65534)
     status, output = desk.run("--screenshot", "x.png", "--root", root, desk.page("page.html"))
     assert status == 1 and "belongs to somebody else" in output
+
+
+def test_links_of_a_page(desk, display):
+    """What a page has put into its box's folder leads nothing to the user's files."""
+    keep = desk.work / "share/vesprel/web/system/keyboard/keep"
+    keep.parent.mkdir(parents=True)
+    keep.write_text("kept")
+    root = desk.work / "root"
+    root.mkdir()
+    (root / ".running").symlink_to(keep)
+    interrupt(started(desk, "--root", root, desk.page("page.html"), DISPLAY=display))
+    subprocess.run(["rm", "-r", root / "usr"], check=True)
+    (root / "usr").symlink_to(desk.work)
+    status, output = desk.run("--screenshot", "x.png", "--root", root, desk.page("page.html"))
+    assert status == 1 and "leads out of it" in output
+    assert keep.read_text() == "kept"
 
 
 def test_root_is_private(desk, display):
