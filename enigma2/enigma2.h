@@ -105,6 +105,7 @@ public slots:
     void RunApp(const QString &app);
 
 private slots:
+    // Of these, onDisConnected() and onStateChanged() hear of nothing: a lost receiver is silent.
     void onConnected();
     void onDisConnected();
     void onError(QLocalSocket::LocalSocketError error);

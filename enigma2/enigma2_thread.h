@@ -29,6 +29,7 @@ protected:
 
 private slots:
     void onConnected();
+    /** Hears of nothing: the sending socket tells of the same errors. */
     void onError(QLocalSocket::LocalSocketError error);
 
 private:

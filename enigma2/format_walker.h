@@ -31,9 +31,16 @@ public:
     /** Moves to the next item; false at the end of the format and at an unknown character. */
     bool advance();
 
+    /** The item: the character that stands for it. */
     char item() const { return m_item; }
+
+    /** What the digits before the item say, 1 without any; the largest there is if they say more.
+     */
     std::int64_t count() const { return m_count; }
+
     ByteOrder order() const { return m_order; }
+
+    /** Whether the format ended at a character that is no item. */
     bool failed() const { return m_failed; }
 
 private:

@@ -42,16 +42,6 @@ inline constexpr char privateSettingPath[] = "Q_PRIVATE_SETTING_PATH";
 inline constexpr char currentPortal[] = "portal1";
 
 /**
- * Whether the desktop is Weston's, which puts black below every full-screen window and with it over
- * the video, and tells nobody where windows are.
- */
-inline bool isWeston()
-{
-    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY") &&
-           qEnvironmentVariableIsSet("WESTON_CONFIG_FILE");
-}
-
-/**
  * What a variable says of the box, ASCII up to its first NUL; empty if it is unset. Read afresh in
  * every call. Any thread, provided that nobody sets a variable meanwhile.
  */

@@ -28,7 +28,8 @@ void Window::SetupJSObject()
 
 void Window::setUpLowerPage(const QWebView &view)
 {
-    // A page below favourites that loads another: the current one has had its objects by now.
+    // A page below favourites that loads another. SetupJSObject(), which knows no page but the
+    // current one, has set that up once more by now.
     if (m_pages->currentView() && m_pages->currentView() != &view)
         setUpPage(view);
 }

@@ -10,6 +10,7 @@
 
 #include "platform/environment.h"
 #include "platform/screen_size.h"
+#include "platform/weston.h"
 
 namespace {
 
@@ -46,7 +47,7 @@ QSize initialWindowSize()
 
 void showInPlace(QWidget &window)
 {
-    if (!ordinarySize().isValid() && Environment::isWeston()) {
+    if (!ordinarySize().isValid() && isWeston()) {
         if (!window.windowHandle())
             window.setWindowFlag(Qt::FramelessWindowHint);
         window.setWindowState(Qt::WindowMaximized);

@@ -4,7 +4,7 @@
 #include "desktop/player/mpv_player.h"
 #include "desktop/player/simulated_player.h"
 #include "desktop/screen/test_picture.h"
-#include "platform/environment.h"
+#include "platform/weston.h"
 
 #include <QGuiApplication>
 #include <QStandardPaths>
@@ -18,7 +18,7 @@ void openPlane(Screen &screen, std::unique_ptr<BlackWindow> video)
     screen.plane = std::make_unique<VideoPlane>(std::move(video));
     screen.notice = std::make_unique<Notice>();
     screen.cover = std::make_unique<StandbyCover>();
-    if (Environment::isWeston())
+    if (isWeston())
         return;
     screen.program = std::make_unique<ProgramWindow>(*screen.plane);
     for (BlackWindow *window : std::initializer_list<BlackWindow *>{

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/screen/video_plane.h"
 
-#include "platform/environment.h"
+#include "platform/weston.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -32,7 +32,7 @@ VideoPlane::VideoPlane(std::unique_ptr<BlackWindow> video)
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     setArea(screen()->geometry());
     // As the program's window is there, so that both get the same place.
-    if (Environment::isWeston())
+    if (isWeston())
         setWindowStates(Qt::WindowMaximized);
     setVisible(true); // show() would forget the state.
     m_video->show();
