@@ -188,24 +188,24 @@ void FfmpegRecordings::save()
 
 void FfmpegRecordings::carryOut()
 {
-    qint64 nextMs = longestWaitMs;
-    const auto isDue = [&nextMs](qint64 time) {
-        const qint64 ms = time * msPerSecond - QDateTime::currentMSecsSinceEpoch();
-        if (ms > 0)
-            nextMs = std::min(nextMs, ms);
-        return ms <= 0;
+    // One time for all: what is not yet due now is waited for.
+    const auto msUntil = [nowMs = QDateTime::currentMSecsSinceEpoch()](qint64 time) {
+        return time * msPerSecond - nowMs;
     };
+    qint64 nextMs = longestWaitMs;
     const QVector<RecordingTask> tasks = m_tasks.all(); // What follows changes the list.
     for (const RecordingTask &task : tasks) {
         if (!isOpen(task))
             continue;
         const auto recorder = m_recorders.find(task.id);
-        if (recorder != m_recorders.end()) {
-            if (isDue(endOf(task)))
-                recorder->second->stop();
-        } else if (isDue(startOf(task))) {
+        const bool isRecorded = recorder != m_recorders.end();
+        if (isRecorded && msUntil(endOf(task)) <= 0)
+            recorder->second->stop();
+        else if (!isRecorded && msUntil(startOf(task)) <= 0)
             begin(task);
-            isDue(endOf(task));
+        for (const qint64 time : {startOf(task), endOf(task)}) {
+            if (msUntil(time) > 0)
+                nextMs = std::min(nextMs, msUntil(time));
         }
     }
     m_timer.start(static_cast<int>(nextMs));
