@@ -2,6 +2,7 @@
 #include "desktop/check/report.h"
 
 #include "desktop/check/document.h"
+#include "desktop/xml_text.h"
 
 #include <QSaveFile>
 #include <QXmlStreamWriter>
@@ -17,16 +18,6 @@ QString indented(const QString &text, const QString &indent)
 
 /** A text between quotes as YAML reads it. */
 QString quoted(const QString &text) { return '\'' + QString(text).replace('\'', "''") + '\''; }
-
-/** Without what XML has no way to write. */
-QString xmlText(QString text)
-{
-    for (QChar &character : text) {
-        if (character.isNonCharacter() || character.isSurrogate())
-            character = QChar::ReplacementCharacter;
-    }
-    return text;
-}
 
 QString seconds(qint64 milliseconds)
 {
@@ -108,7 +99,7 @@ bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines)
         xml.writeAttribute("time", seconds(line.milliseconds));
         if (!line.result.skipped.isEmpty()) {
             xml.writeEmptyElement("skipped");
-            xml.writeAttribute("message", line.result.skipped);
+            xml.writeAttribute("message", xmlText(line.result.skipped));
         } else if (!line.result.faults.isEmpty()) {
             xml.writeStartElement("failure");
             xml.writeAttribute("message", xmlText(line.result.faults.first()));

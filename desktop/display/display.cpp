@@ -3,27 +3,18 @@
 
 #include "desktop/display/display_mark_format.h"
 #include "desktop/display/key_symbols.h"
+#include "desktop/display/xcb_reply.h"
 
 #include <QBuffer>
 #include <QImage>
 
 #include <algorithm>
-#include <cstdlib>
 #include <mutex>
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
 namespace {
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
-
-template <typename Reply>
-Owned<Reply> owned(Reply *reply)
-{
-    return Owned<Reply>(reply, &std::free);
-}
 
 /** Keys that hold or lock a modifier; what they give must stay as it is. */
 QSet<quint8> modifierKeys(xcb_connection_t *connection)

@@ -1,24 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/screen/program_window.h"
 
+#include "desktop/display/xcb_reply.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 namespace {
-
-template <typename T>
-struct Freed
-{
-    void operator()(T *memory) const { std::free(memory); }
-};
-
-/** What the server answers, freed in the end. */
-template <typename T>
-std::unique_ptr<T, Freed<T>> owned(T *answer)
-{
-    return std::unique_ptr<T, Freed<T>>(answer);
-}
 
 constexpr quint32 longestProperty = 4096; ///< In words; lists of windows are shorter.
 

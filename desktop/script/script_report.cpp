@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/script/script_report.h"
 
+#include "desktop/xml_text.h"
+
 #include <QFileInfo>
 #include <QHash>
 #include <QXmlStreamWriter>
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -22,27 +24,6 @@ struct Case
 bool canFail(Kind kind)
 {
     return kind != Kind::Command && kind != Kind::WaitTime && kind != Kind::Stay;
-}
-
-/** The text without what XML cannot hold. */
-QString xmlText(const QString &text)
-{
-    QString result;
-    for (int index = 0; index < text.size(); ++index) {
-        const QChar character = text[index];
-        const bool isPair = character.isHighSurrogate() && index + 1 < text.size() &&
-                            text[index + 1].isLowSurrogate();
-        if (isPair) {
-            result += character;
-            result += text[++index];
-            continue;
-        }
-        const ushort code = character.unicode();
-        const bool isAllowed = (code >= 0x20 && code < 0xfffe && !character.isSurrogate()) ||
-                               code == '\n' || code == '\t';
-        result += isAllowed ? character : QChar(QChar::ReplacementCharacter);
-    }
-    return result;
 }
 
 QString secondsText(qint64 ms) { return QString::number(double(ms) / 1000.0, 'f', 3); }

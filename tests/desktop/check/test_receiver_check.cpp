@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/check/checks.h"
 #include "desktop/check/document.h"
+#include "desktop/check/report.h"
 #include "tests/desktop/check/faulty_receiver.h"
 
 #include <QFile>
@@ -173,6 +174,29 @@ private slots:
         QCOMPARE(cases, int(allChecks().size()));
         QCOMPARE(failures.size(), 1);
         QVERIFY(failures[0].contains("docs/receiver-protocol.md#every-request\n**Answer every"));
+    }
+
+    /** What a receiver sent may hold what XML cannot, and characters beyond 16 bits. */
+    void junitTexts()
+    {
+        const QString sent = QString("a\x01\U0001F4FA") + QChar(0xd800);
+        ReportLine failed{"f", "s", {}, 1};
+        failed.result.faults = QStringList{sent};
+        ReportLine skipped{"k", "s", {}, 1};
+        skipped.result.skipped = sent;
+        QVERIFY(writeJunit(path("texts.xml"), {failed, skipped}));
+        QFile file(path("texts.xml"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QXmlStreamReader xml(&file);
+        QStringList messages;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.attributes().hasAttribute("message"))
+                messages += xml.attributes().value("message").toString();
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        const QString told = QString::fromUtf8("a\uFFFD\U0001F4FA\uFFFD");
+        QCOMPARE(messages, (QStringList{told, told}));
     }
 
     void refuses_data()
