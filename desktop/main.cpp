@@ -17,11 +17,11 @@
 #include "platform/environment.h"
 #include "platform/one_line.h"
 #include "platform/program_version.h"
+#include "platform/trusted_certificates.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QSslConfiguration>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
@@ -164,17 +164,6 @@ void connectScript(Receiver &receiver, ScriptSession &script)
                      [](int code) { QCoreApplication::exit(code); });
 }
 
-/** Trusts the certificates that the program is told to trust, for the portal that both look at. */
-void trustCertificates()
-{
-    const QString file = qEnvironmentVariable(Environment::trust);
-    if (file.isEmpty())
-        return;
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.addCaCertificates(file);
-    QSslConfiguration::setDefaultConfiguration(configuration);
-}
-
 /** The recordings of a box that can record, otherwise those that only pretend. */
 std::unique_ptr<Recordings> openRecordings(Player player)
 {
@@ -203,15 +192,16 @@ QString openScript(const ReceiverOptions &options, Receiver &receiver, ScriptSes
     return options.controlSocket.isEmpty() ? QString() : script.listen(options.controlSocket);
 }
 
-/** Tells whoever waits for it that the receiver serves. */
-void tellReady(const ReceiverOptions &options, const Inputs &inputs, const QString &player)
+/** Tells whoever waits for it that the receiver serves; what went wrong, if anything. */
+QString tellReady(const ReceiverOptions &options, const Inputs &inputs, const QString &player)
 {
     if (!inputs.traffic.warning.isEmpty())
         printLine(stdout, "replaying what is before the end: " + inputs.traffic.warning);
     printLine(stdout, QString("serving %1, player: %2 (help lists the commands)")
                           .arg(BoxPaths::receiverSocket(), player));
-    if (!options.readyFile.isEmpty())
-        QFile(options.readyFile).open(QIODevice::WriteOnly);
+    QFile ready(options.readyFile);
+    const bool isTold = options.readyFile.isEmpty() || ready.open(QIODevice::WriteOnly);
+    return isTold ? QString() : ready.fileName() + ": " + ready.errorString();
 }
 
 /** Serves until it is asked to end; the exit code. */
@@ -257,7 +247,8 @@ int run(TerminationSignals &termination, const ReceiverOptions &options, const I
     }
     FolderWatch watch;
     startWatch(watch, receiver, options.watchedFolder);
-    tellReady(options, inputs, screen.description);
+    if (const QString failure = tellReady(options, inputs, screen.description); !failure.isEmpty())
+        return failWith(failure);
     // What goes on by itself would mix with what is replayed.
     if (options.replayFile.isEmpty())
         recordings->restore();
@@ -296,7 +287,9 @@ int main(int argc, char *argv[])
         return 0;
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    trustCertificates();
+    // The portal that the program loads is probed from here, too.
+    if (qEnvironmentVariableIsSet(Environment::trust))
+        trustCertificates(qEnvironmentVariable(Environment::trust));
     TerminationSignals termination;
     return run(termination, options, inputs);
 }

@@ -15,6 +15,7 @@
 #include "platform/box_paths.h"
 #include "platform/environment.h"
 #include "platform/log_record.h"
+#include "platform/trusted_certificates.h"
 #include "shell/dialogs/dialog_host.h"
 #include "shell/keyboard/keyboard_pane.h"
 #include "shell/keys/key_filter.h"

@@ -2,12 +2,8 @@
 #include "shell/pages/network.h"
 
 #include "platform/box_paths.h"
-#include "platform/environment.h"
 
-#include <QFile>
 #include <QNetworkRequest>
-#include <QSslCertificate>
-#include <QSslConfiguration>
 #include <QUrl>
 
 NAM sharedNetworkAccess;
@@ -25,24 +21,6 @@ QNetworkReply *NAM::createRequest(Operation operation, const QNetworkRequest &re
                               QNetworkRequest::NoLessSafeRedirectPolicy);
     }
     return QNetworkAccessManager::createRequest(operation, adjusted, outgoingData);
-}
-
-void trustCertificates(const QString &name)
-{
-    QFile file(name);
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    const QList<QSslCertificate> own =
-        isOpen ? QSslCertificate::fromDevice(&file) : QList<QSslCertificate>();
-    if (own.isEmpty()) {
-        const QString reason =
-            isOpen ? QString("holds no certificate in PEM form") : file.errorString();
-        qWarning("%s, %s: %s", Environment::trust, qUtf8Printable(name), qUtf8Printable(reason));
-        return;
-    }
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    // Named, since authorities that are set replace the system's.
-    configuration.setCaCertificates(QSslConfiguration::systemCaCertificates() + own);
-    QSslConfiguration::setDefaultConfiguration(configuration);
 }
 
 NetworkFailure judgeReply(QNetworkReply::NetworkError error, const QUrl &replyUrl,

@@ -21,13 +21,6 @@ protected:
 /** The one manager of the process, made before its main function. GUI thread. */
 extern NAM sharedNetworkAccess;
 
-/**
- * Takes the certificates of a PEM file for authorities, beside the system's. A file that cannot be
- * read or holds none changes nothing and is a line in the log. Before the first request; GUI
- * thread.
- */
-void trustCertificates(const QString &file);
-
 /** What the receiver is asked for when a request of the portal page has failed. */
 struct NetworkFailure
 {
