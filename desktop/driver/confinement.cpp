@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/driver/confinement.h"
 
+#include <QDir>
 #include <QProcessEnvironment>
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -13,8 +15,10 @@ using std::chrono_literals::operator""s;
 QStringList bwrapArguments(const QString &folder)
 {
     QStringList arguments{"--ro-bind", "/", "/", "--dev", "/dev"};
-    for (const char *device : {"/dev/dri", "/dev/snd"})
-        arguments += {"--dev-bind-try", device, device};
+    QStringList devices{"dri", "snd"};
+    devices += QDir("/dev").entryList({"nvidia*"}, QDir::AllEntries | QDir::System);
+    for (const QString &device : std::as_const(devices))
+        arguments += {"--dev-bind-try", "/dev/" + device, "/dev/" + device};
     return arguments + QStringList{"--bind", folder, folder, "--"};
 }
 
