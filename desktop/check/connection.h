@@ -5,8 +5,6 @@
 #include <QDeadlineTimer>
 #include <QString>
 
-#include <optional>
-
 /**
  * A connection to the receiver's socket on which every step has a time limit. Below the buffers of
  * QLocalSocket, since what one read brings tells where the receiver's writes end.

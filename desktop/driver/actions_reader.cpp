@@ -15,8 +15,6 @@ namespace {
 
 using Kind = Action::Kind;
 
-const char elementKey[] = "element-6066-11e4-a52e-4f735466cecf";
-
 double durationOf(const QJsonObject &item)
 {
     return integerMember(item, "duration", 0, maxSafeInteger).value_or(-1);

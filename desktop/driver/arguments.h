@@ -14,6 +14,9 @@
 
 constexpr double maxSafeInteger = 9007199254740991.0;
 
+/** The member that makes an object a reference to an element. */
+constexpr char elementKey[] = "element-6066-11e4-a52e-4f735466cecf";
+
 /** Whether a value is a number without a fraction. */
 bool isInteger(const QJsonValue &value);
 

@@ -8,6 +8,7 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <poll.h>

@@ -10,8 +10,6 @@
 #include <QUrl>
 #include <QVersionNumber>
 
-#include <optional>
-
 namespace {
 
 const char optionsName[] = "vesprel:options";

@@ -6,6 +6,9 @@
 #include <QJsonDocument>
 #include <QUuid>
 
+#include <utility>
+#include <vector>
+
 namespace {
 
 QByteArray text(const QJsonObject &body)

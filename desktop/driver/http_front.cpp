@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int threads = 96; ///< Each open connection of a client holds one.

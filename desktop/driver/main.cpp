@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <pthread.h>
+#include <thread>
 
 namespace {
 

@@ -4,6 +4,7 @@
  */
 #include "desktop/driver/session.h"
 
+#include "desktop/driver/arguments.h"
 #include "desktop/driver/webdriver_error.h"
 
 #include <thread>
@@ -14,11 +15,6 @@ using std::chrono_literals::operator""ms;
 
 /** How long the program may take for what is no script and no load, in ms. */
 constexpr double programTime = 30000;
-
-WebDriverError errorOf(const QJsonObject &answer)
-{
-    return {answer.value("error").toString(), answer.value("message").toString(), {}, {}};
-}
 
 /** What a dialog says; null where it says nothing. */
 QJsonValue messageOf(const QJsonObject &prompt)
@@ -127,7 +123,7 @@ QJsonValue Session::callPage(const QString &command, const QJsonArray &arguments
 
 QJsonObject Session::elementOf(const CommandCall &call) const
 {
-    return {{"element-6066-11e4-a52e-4f735466cecf", call.variables.value("element id")}};
+    return {{elementKey, call.variables.value("element id")}};
 }
 
 QJsonObject Session::state()

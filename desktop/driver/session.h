@@ -175,6 +175,8 @@ private:
     QJsonValue load(const QString &method, const QJsonObject &params);
     void waitForLoad(const Deadline &deadline);
     void waitForNewLoad(int loadsBefore);
+    /** Tries until the element can be acted on, at most for the implicit time. */
+    QJsonValue onceInteractable(const std::function<QJsonValue()> &action);
     void sendToElement(const QJsonObject &element, const QString &text);
     void chooseFiles(const QJsonObject &element, const QStringList &files, bool several);
 

@@ -12,9 +12,9 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr const char *referenceKeys[] = {
-    "element-6066-11e4-a52e-4f735466cecf", "shadow-6066-11e4-a52e-4f735466cecf",
-    "frame-075b-4da1-b6ba-e579c2d3230a", "window-fcc6-11e5-b4f8-330a88ab9d7f"};
+constexpr const char *referenceKeys[] = {elementKey, "shadow-6066-11e4-a52e-4f735466cecf",
+                                         "frame-075b-4da1-b6ba-e579c2d3230a",
+                                         "window-fcc6-11e5-b4f8-330a88ab9d7f"};
 
 /** Throws where an argument is a reference that cannot be one. */
 void checkReferences(const QJsonValue &value)
@@ -105,8 +105,7 @@ QJsonValue Session::runScript(const CommandCall &call, bool async)
                 fail("timeout", "The page did not load in time.");
             std::this_thread::sleep_for(3ms);
         } else {
-            throw WebDriverError{
-                error, answer->value("message").toString(), {}, answer->value("stack").toString()};
+            throw errorOf(*answer);
         }
     }
 }

@@ -102,12 +102,12 @@ QJsonValue Session::click(const CommandCall &call)
     return {};
 }
 
-QJsonValue Session::clear(const CommandCall &call)
+QJsonValue Session::onceInteractable(const std::function<QJsonValue()> &action)
 {
     const Deadline deadline = deadlineAfter(m_request.timeouts.implicit);
     for (;;) {
         try {
-            return callPage("clear", {elementOf(call)});
+            return action();
         } catch (const WebDriverError &error) {
             if (error.code != "element not interactable" ||
                 (deadline && std::chrono::steady_clock::now() >= *deadline))
@@ -117,21 +117,18 @@ QJsonValue Session::clear(const CommandCall &call)
     }
 }
 
+QJsonValue Session::clear(const CommandCall &call)
+{
+    return onceInteractable([this, &call] { return callPage("clear", {elementOf(call)}); });
+}
+
 QJsonValue Session::sendKeys(const CommandCall &call)
 {
     const QString text = stringMember(call.parameters, "text");
-    const Deadline deadline = deadlineAfter(m_request.timeouts.implicit);
-    for (;;) {
-        try {
-            sendToElement(elementOf(call), text);
-            return {};
-        } catch (const WebDriverError &error) {
-            if (error.code != "element not interactable" ||
-                (deadline && std::chrono::steady_clock::now() >= *deadline))
-                throw;
-        }
-        std::this_thread::sleep_for(implicitPoll);
-    }
+    return onceInteractable([this, &call, &text] {
+        sendToElement(elementOf(call), text);
+        return QJsonValue();
+    });
 }
 
 void Session::sendToElement(const QJsonObject &element, const QString &text)

@@ -77,7 +77,6 @@ QJsonValue Session::sendAlertText(const CommandCall &call)
     requirePrompt();
     const QJsonObject answer = askOnce("writePrompt", {{"text", text}}, deadlineAfter(settleTime));
     if (answer.contains("error"))
-        throw WebDriverError{
-            answer.value("error").toString(), answer.value("message").toString(), {}, {}};
+        throw errorOf(answer);
     return {};
 }

@@ -24,8 +24,7 @@ QJsonValue Session::screenshot(const CommandCall &)
         return QString::fromLatin1(picture.toBase64());
     }
     if (answer.contains("error"))
-        throw WebDriverError{
-            answer.value("error").toString(), answer.value("message").toString(), {}, {}};
+        throw errorOf(answer);
     return answer.value("value");
 }
 

@@ -62,8 +62,7 @@ QJsonValue Session::newWindow(const CommandCall &call)
 QJsonValue Session::switchToFrame(const CommandCall &call)
 {
     const QJsonValue id = call.parameters.value("id");
-    const bool element =
-        id.isObject() && id.toObject().contains("element-6066-11e4-a52e-4f735466cecf");
+    const bool element = id.isObject() && id.toObject().contains(elementKey);
     if (id.isUndefined() || (!id.isNull() && !id.isDouble() && !element))
         failArgument("\"id\" is to be null, a number or an element");
     if (id.isNull()) {
@@ -76,7 +75,7 @@ QJsonValue Session::switchToFrame(const CommandCall &call)
         if (!isInteger(id) || id.toDouble() < 0 || id.toDouble() > 65535)
             failArgument("\"id\" is to be from 0 to 65535");
     } else {
-        if (!id.toObject()["element-6066-11e4-a52e-4f735466cecf"].isString())
+        if (!id.toObject()[elementKey].isString())
             failArgument("The element's reference is to be a string");
         index = callPage("frameIndex", {id});
     }

@@ -37,6 +37,14 @@ QJsonObject bodyOf(const WebDriverError &error)
     return {{"value", value}};
 }
 
+WebDriverError errorOf(const QJsonObject &answer)
+{
+    return {answer.value("error").toString(),
+            answer.value("message").toString(),
+            {},
+            answer.value("stack").toString()};
+}
+
 void fail(const char *code, const QString &message) { throw WebDriverError{code, message, {}, {}}; }
 
 void failArgument(const QString &message) { fail("invalid argument", message); }

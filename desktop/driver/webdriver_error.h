@@ -22,5 +22,8 @@ int statusOf(const QString &code);
 /** The body that tells a client of an error. */
 QJsonObject bodyOf(const WebDriverError &error);
 
+/** The error of an answer of the program. */
+WebDriverError errorOf(const QJsonObject &answer);
+
 [[noreturn]] void fail(const char *code, const QString &message);
 [[noreturn]] void failArgument(const QString &message);

@@ -13,7 +13,6 @@ struct MediaSource
 {
     QString location; ///< An address, or a path on this machine.
     QString refusal;  ///< Why nothing may be opened; otherwise empty.
-    bool isLocal() const { return location.startsWith('/'); }
 };
 
 /**
