@@ -27,11 +27,12 @@ void Enigma2Thread::run()
     logRecord("开始执行");
     while (!isInterruptionRequested()) {
         // Where the server is too busy to accept, only an event loop or this tries again.
-        if (socket.state() == QLocalSocket::ConnectingState && !socket.waitForConnected(0))
-            msleep(pollMilliseconds);
-        else if (socket.waitForReadyRead(pollMilliseconds))
+        if (socket.state() == QLocalSocket::ConnectingState)
+            socket.waitForConnected(0);
+        if (socket.state() == QLocalSocket::ConnectedState &&
+            socket.waitForReadyRead(pollMilliseconds))
             reader.ReadMessages(socket);
-        else if (socket.state() == QLocalSocket::UnconnectedState)
+        else if (socket.state() != QLocalSocket::ConnectedState)
             msleep(pollMilliseconds); // An unconnected socket does not wait; spare the processor.
     }
     logRecord("结束执行");

@@ -50,7 +50,7 @@ QString originText(const QString &scheme, const QString &host, int port)
     if (url.scheme().isEmpty() || name.isEmpty())
         return QString();
     const QString text = url.scheme() + "://" + (name.contains(':') ? '[' + name + ']' : name);
-    // The zone of an IPv6 address takes any character, brackets too: such a text names another host.
+    // The zone of an IPv6 address takes any character: with a bracket the text names another host.
     if (QUrl(text).host(QUrl::FullyEncoded) != name)
         return QString();
     return port <= 0 || port == ownPort(url.scheme()) ? text : text + ':' + QString::number(port);

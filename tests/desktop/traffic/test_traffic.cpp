@@ -95,7 +95,7 @@ private slots:
         row(false, 1016, "{\"torn\":", "\"payload\":\"{\\\"torn\\\":\"");
         row(false, 1011, "\x01", "\"raw\":\"01\"");
         row(true, 4711, QByteArray("\0\n\xff", 3), "\"message\":null");
-        row(true, 1000, QByteArray(1 << 20, 'x'), ""type":1000");
+        row(true, 1000, QByteArray(1 << 20, 'x'), "\"type\":1000");
     }
 
     void everyByteIsKept()
