@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QSaveFile>
 
 #include <cstdio>
 
@@ -44,6 +45,8 @@ void runChecks(Walk &walk, TapReport &report)
 
 int check(const CheckOptions &options)
 {
+    if (!options.junitFile.isEmpty() && !QSaveFile(options.junitFile).open(QIODevice::WriteOnly))
+        return failWith("Cannot write " + options.junitFile);
     const QByteArray path = QFile::encodeName(options.socket);
     const QString fault = Connection().open(path, QDeadlineTimer(connectMs));
     if (!fault.isEmpty())
@@ -54,7 +57,8 @@ int check(const CheckOptions &options)
     TapReport report(stdout);
     runChecks(walk, report);
     report.finish();
-    if (!options.junitFile.isEmpty() && !writeJunit(options.junitFile, report.lines()))
+    if (!options.junitFile.isEmpty() &&
+        !writeJunit(options.junitFile, report.lines(), report.cutShort()))
         return failWith("Cannot write " + options.junitFile);
     return report.hasFailed() ? 1 : 0;
 }

@@ -56,13 +56,13 @@ void TapReport::add(const ReportLine &line)
 
 void TapReport::bailOut(const QString &reason)
 {
-    m_isCutShort = true;
+    m_cutShort = reason;
     print("Bail out! " + reason);
 }
 
 void TapReport::finish()
 {
-    if (!m_isCutShort)
+    if (m_cutShort.isEmpty())
         print(QString("1..%1").arg(m_lines.size()));
     const int passed = static_cast<int>(m_lines.size()) - m_failed - m_skipped;
     print(QString("# %1 passed, %2 failed, %3 skipped").arg(passed).arg(m_failed).arg(m_skipped));
@@ -74,7 +74,8 @@ void TapReport::print(const QString &text)
     std::fflush(m_stream);
 }
 
-bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines)
+bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines,
+                const QString &cutShort)
 {
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
@@ -87,7 +88,8 @@ bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines)
     xml.writeStartDocument();
     xml.writeStartElement("testsuite");
     xml.writeAttribute("name", "vesprel-receiver-check");
-    xml.writeAttribute("tests", QString::number(lines.size()));
+    xml.writeAttribute("tests", QString::number(lines.size() + (cutShort.isEmpty() ? 0U : 1U)));
+    xml.writeAttribute("errors", cutShort.isEmpty() ? "0" : "1");
     xml.writeAttribute("failures",
                        count([](const ReportLine &line) { return !line.result.faults.isEmpty(); }));
     xml.writeAttribute(
@@ -107,6 +109,14 @@ bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines)
                                 sectionAddress(line.section) + '\n' + sectionText(line.section));
             xml.writeEndElement();
         }
+        xml.writeEndElement();
+    }
+    if (!cutShort.isEmpty()) {
+        xml.writeStartElement("testcase");
+        xml.writeAttribute("classname", "receiver");
+        xml.writeAttribute("name", "all checks are made");
+        xml.writeEmptyElement("error");
+        xml.writeAttribute("message", xmlText(cutShort));
         xml.writeEndElement();
     }
     xml.writeEndDocument();

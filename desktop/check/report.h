@@ -28,11 +28,14 @@ public:
     /** Says that the checks end before their time, and why. */
     void bailOut(const QString &reason);
 
+    /** Why the checks ended before their time; empty if they did not. */
+    QString cutShort() const { return m_cutShort; }
+
     /** Prints the number of checks and a summary. */
     void finish();
 
     const std::vector<ReportLine> &lines() const { return m_lines; }
-    bool hasFailed() const { return m_failed > 0 || m_isCutShort; }
+    bool hasFailed() const { return m_failed > 0 || !m_cutShort.isEmpty(); }
 
 private:
     void print(const QString &text);
@@ -41,8 +44,12 @@ private:
     std::vector<ReportLine> m_lines;
     int m_failed = 0;
     int m_skipped = 0;
-    bool m_isCutShort = false;
+    QString m_cutShort;
 };
 
-/** Writes the lines as JUnit; false if the file cannot be written. */
-bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines);
+/**
+ * Writes the lines as JUnit, and why there are no more, if they were cut short; false if the file
+ * cannot be written.
+ */
+bool writeJunit(const QString &fileName, const std::vector<ReportLine> &lines,
+                const QString &cutShort);
