@@ -22,6 +22,9 @@ export VESPREL_BUILD
 . "$here/desktop/run/root.sh"
 . "$here/desktop/run/display.sh"
 
+case " $* " in
+*" --help "* | *" -h "*) usage; exit 0 ;;
+esac
 # What can be wrong is told before anything is installed or built.
 (
     read_options "$@"

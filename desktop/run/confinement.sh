@@ -17,6 +17,7 @@ confine() {
         confinement+=(--bind /tmp/vesprel.log /tmp/vesprel.log)
     fi
     if [ -n "${Q_CACHE_PATH:-}" ]; then
+        Q_CACHE_PATH=$(realpath -m -- "$Q_CACHE_PATH")
         mkdir -p "$Q_CACHE_PATH"
         confinement+=(--bind "$Q_CACHE_PATH" "$Q_CACHE_PATH")
     fi

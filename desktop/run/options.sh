@@ -24,11 +24,12 @@ script=
 replay=
 receiver_options=()
 
+is_port() { [[ $1 =~ ^[0-9]{1,5}$ ]] && [ "$1" -ge 1 ] && [ "$1" -le 65535 ]; }
+
 # port_after OPTION WORD: whether the word is the option's port; one that cannot be ends it all.
 port_after() {
     [[ $2 == [0-9]* ]] && [ ! -e "$2" ] || return 1
-    [[ $2 =~ ^[0-9]{1,5}$ ]] && [ "$2" -ge 1 ] && [ "$2" -le 65535 ] ||
-        fail "$1: there is no port $2, they go from 1 to 65535"
+    is_port "$2" || fail "$1: there is no port $2, they go from 1 to 65535"
 }
 
 # Reads one option with all that belongs to it, and tells in $taken how many words these were.
@@ -86,6 +87,9 @@ read_options() {
     local taken
     while [ $# -gt 0 ]; do
         case $1 in
+        --help=* | --version=* | --no-keys=* | --no-sound=* | --watch=* | --verbose=*)
+            fail "${1%%=*} takes no value (see --help)"
+            ;;
         --*=*) set -- "${1%%=*}" "${1#*=}" "${@:2}" ;;
         esac
         read_option "$@"

@@ -3,6 +3,7 @@
 # shellcheck shell=bash disable=SC2154 # what is asked for comes from options.sh, $scratch from box
 
 outputs=()
+made_outputs=()
 
 # Makes each of them, since they may be written where else nothing may; looking at them first tells of
 # a bad script before anything starts.
@@ -12,14 +13,15 @@ prepare_outputs() {
     local file
     mapfile -t outputs <"$scratch/outputs"
     for file in ${outputs[@]+"${outputs[@]}"}; do
+        [ -e "$file" ] || made_outputs+=("$file")
         : 2>/dev/null >>"$file" || fail "$file cannot be written"
     done
 }
 
-# Of those that nothing came into, nothing stays.
+# Of those that were made here and that nothing came into, nothing stays.
 remove_empty_outputs() {
     local file
-    for file in ${outputs[@]+"${outputs[@]}"}; do
+    for file in ${made_outputs[@]+"${made_outputs[@]}"}; do
         [ -s "$file" ] || rm -f "$file"
     done
 }

@@ -53,7 +53,7 @@ check_portal() {
     place=${place%%[/?#]*}
     [[ $portal == *://* && $place =~ $after_colon ]] || return 0
     local port=${BASH_REMATCH[1]}
-    port_after "$portal" "$port" || fail "$portal: there is no port $port, they go from 1 to 65535"
+    is_port "$port" || fail "$portal: there is no port $port, they go from 1 to 65535"
 }
 
 portal_address() {

@@ -19,7 +19,8 @@ name_root() {
 
 # Makes the folder of this run, short enough for a box in it.
 make_scratch() {
-    local folder=${TMPDIR:-/tmp}/vesprel-run.XXXXXX
+    local folder
+    folder=$(realpath -m -- "${TMPDIR:-/tmp}")/vesprel-run.XXXXXX
     fits_socket "$folder/box" || folder=/tmp/vesprel-run.XXXXXX
     mktemp -d "$folder"
 }
@@ -55,6 +56,8 @@ prepare_root() {
     ln -s "$keyboard_pages" "$system/keyboard"
 }
 
+first_clip_or_none() { [ -e "$clips/first.ts" ] || is_gone "$1"; }
+
 # The clips of the demo portal and of the documents' first page are made once for all roots, the
 # first of them before anything else starts.
 make_clips() {
@@ -63,5 +66,5 @@ make_clips() {
     [ -e "$VESPREL_ROOT/media/demo" ] || ln -sfn "$clips" "$VESPREL_ROOT/media/demo"
     start "$run/demo_clips" "$clips" </dev/null
     [ -e "$clips/first.ts" ] || echo "Making the clips of the demo portal"
-    wait_for 60 test -e "$clips/first.ts" || say "the first clip is not there yet"
+    wait_for 60 first_clip_or_none "${children[-1]}" || say "the first clip is not there yet"
 }

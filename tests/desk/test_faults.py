@@ -3,6 +3,7 @@
 import pytest
 
 FAULTS = [
+    (["--verbose=yes"], "--verbose takes no value"),
     (["--screnshot", "x"], "there is no option --screnshot"),
     (["missing.html"], "there is no file missing.html"),
     (["file:///missing%20page.html"], "there is no file /missing page.html"),
