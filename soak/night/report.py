@@ -63,10 +63,12 @@ def text(night, rows, growth):
     counts = ", ".join(f"{name} {count}" for name, count in sorted(night.counts.items()))
     head = ["", "Sent", "Seen", "Told while no page was there", "Went down with what was ended",
             "Lost, doubled or out of order"]
+    # A night that failed before its first look has none.
+    loads = night.loads or [os.getloadavg()[0]]
     lines = [
         f"`soak/run {night.minutes:g} {night.seed}` on {os.cpu_count()} processors, load "
-        f"{min(night.loads):.0f} to {max(night.loads):.0f} "
-        f"({statistics.median(night.loads):.0f} in the middle), commit {commit()}"
+        f"{min(loads):.0f} to {max(loads):.0f} "
+        f"({statistics.median(loads):.0f} in the middle), commit {commit()}"
         + (f", ended by hand after {night.usage.samples[-1].moment / 60:.0f} minutes."
            if night.isInterrupted else "."), "",
         "| " + " | ".join(head) + " |", "|" + "---|" * len(head),
