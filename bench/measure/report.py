@@ -45,11 +45,15 @@ class Table:
         return "\n".join(lines)
 
     def add_parts(self, kept, order):
-        """Takes the kept rows of parts that it has no rows of, or none for one processor."""
-        def kind(row):
-            return row["part"], "on one processor" in row["name"]
-        measured = {kind(row) for row in self.rows}
-        self.rows += [row for row in kept if kind(row) not in measured]
+        """Takes the kept rows of parts that it has not measured, and those of "start" for the number
+        of processors that it has not measured with."""
+        def is_for_one(row):
+            return "on one processor" in row["name"]
+        names = {row["name"] for row in self.rows}
+        measured = {row["part"]: False for row in self.rows}
+        measured.update({row["part"]: True for row in self.rows if is_for_one(row)})
+        self.rows += [row for row in kept if row["name"] not in names and
+                      measured.get(row["part"]) != is_for_one(row)]
         self.rows.sort(key=lambda row: order.index(row["part"]))
 
     @staticmethod
