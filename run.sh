@@ -22,18 +22,14 @@ export VESPREL_BUILD
 . "$here/desktop/run/root.sh"
 . "$here/desktop/run/display.sh"
 
-case " $* " in
-*" --help "* | *" -h "*) usage; exit 0 ;;
-esac
+read_options "$@"
 # What can be wrong is told before anything is installed or built.
 (
-    read_options "$@"
     name_root
     check_options
     choose_screen 2>/dev/null # box tells
     check_root
 )
-read_options "$@"
 if [ -z "$new" ]; then
     choose_screen 2>/dev/null
     packages=$build_packages
