@@ -34,8 +34,7 @@ public:
     /** The item: the character that stands for it. */
     char item() const { return m_item; }
 
-    /** What the digits before the item say, 1 without any; the largest there is if they say more.
-     */
+    /** The number before the item, 1 without one; the largest there is for one beyond it. */
     std::int64_t count() const { return m_count; }
 
     ByteOrder order() const { return m_order; }
