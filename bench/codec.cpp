@@ -94,6 +94,23 @@ void splitFrames(benchmark::State &state)
 }
 BENCHMARK(splitFrames)->Arg(64 << 10)->Arg(16 << 20)->Arg(64 << 20);
 
+/** What a burst costs whoever keeps it: fresh memory, a copy, and one look at every cache line. */
+void copyBurst(benchmark::State &state)
+{
+    const std::string stream = frames(static_cast<std::size_t>(state.range(0)), 8);
+    for (auto _ : state) {
+        std::string copy;
+        copy.append(stream);
+        benchmark::ClobberMemory();
+        unsigned sum = 0;
+        for (std::size_t position = 0; position < copy.size(); position += 64)
+            sum += static_cast<unsigned char>(copy[position]);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(stream.size()));
+}
+BENCHMARK(copyBurst)->Arg(64 << 10)->Arg(16 << 20)->Arg(64 << 20);
+
 } // namespace
 
 BENCHMARK_MAIN();
