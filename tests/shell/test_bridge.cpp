@@ -181,6 +181,15 @@ private slots:
         };
         row("text area", "<textarea id='i'>a</textarea>", "['Down', 'b']", "ab 1");
         row("number", "<input id='i' type='number' value='1'>", "['Down', '2']", "12 1");
+        row("a negative number", "<input id='i' type='number'>", "['-', '1', '.', '5']", "-1.5 4");
+        const char three[] = "<input id='i' type='number' value='3'>";
+        row("a number, erased", three, "['Down', '.', 'BackSpace', '4']", "34 3");
+        row("a second sign", three, "['-', '-', 'BackSpace']", "3 2");
+        row("a decimal, erased", three, "['Down', '.', '5', 'BackSpace', 'BackSpace']", "3 4");
+        row("a caret moved in a number", three, "['Down', 'e', 'Up', '1']", "13 2");
+        row("a number that the page has changed", three,
+            "['Down', '.', function () { i.value = 7; }, 'Down', '1']", "71 2");
+        row("no number", three, "['Down', 'a', '1']", "31 1");
         row("read-only", "<input id='i' value='a' readonly>", "['b', 'BackSpace']", "a 0");
         row("full", "<input id='i' value='ab' maxlength='2'>", "['c', 'Space']", "ab 0");
         row("half full", "<input id='i' value='a' maxlength='3'>", "['Down', 'www.']", "aww 1");
@@ -201,7 +210,8 @@ private slots:
         m_portal->load(field + "<script>var inputs = 0, i = document.getElementById('i');"
                                "i.addEventListener('input', function () { inputs++; });"
                                "i.focus();</script>");
-        evaluate(keys + ".forEach(function (k) { KeyboardPress(k, 'id'); });");
+        evaluate(keys + ".forEach(function (k) {"
+                        "  typeof k === 'function' ? k() : KeyboardPress(k, 'id'); });");
         QTEST(evaluate("i.value + ' ' + inputs").toString(), "result");
     }
 

@@ -23,6 +23,39 @@
         return isField ? element : null;
     }
 
+    // A number on its way, such as "-" or "3.", which its field would take for nothing: kept here
+    // until it is one. What the page does to the field ends it, and so does a move of the caret.
+    var unfinishedNumber = /^[-+]?\d*\.?\d*(e[-+]?)?$/i;
+    var unfinished = null;
+
+    // The text of a field and where its caret is.
+    function entered(ctrl) {
+        if (unfinished && unfinished.ctrl === ctrl && unfinished.shown === ctrl.value)
+            return unfinished;
+        return {text: ctrl.value, caret: getCursortPosition(ctrl)};
+    }
+
+    // Gives a field its text, an unfinished number as far as it is one; false when the field takes
+    // nothing of it, and stays as it was.
+    function enter(ctrl, text, caret) {
+        var shown = ctrl.value;
+        var shownCaret = getCursortPosition(ctrl);
+        ctrl.value = text;
+        if (ctrl.value || !text) {
+            setCaretPosition(ctrl, caret);
+            return true;
+        }
+        if (!unfinishedNumber.test(text)) {
+            ctrl.value = shown;
+            placeCaret(ctrl, shownCaret);
+            return false;
+        }
+        ctrl.value = text.replace(/[-+.e]+$/i, '');
+        placeCaret(ctrl, ctrl.value.length);
+        unfinished = {ctrl: ctrl, shown: ctrl.value, text: text, caret: caret};
+        return true;
+    }
+
     // As much of a text as still fits into a field, in whole characters.
     function fitting(ctrl, text) {
         var limit = ctrl.getAttribute('maxlength') === null ? -1 : ctrl.maxLength;
@@ -34,9 +67,10 @@
 
     // Replaces length characters before the caret by text and tells the page of it.
     function replaceBeforeCaret(ctrl, length, text) {
-        var caret = getCursortPosition(ctrl);
-        ctrl.value = ctrl.value.slice(0, caret - length) + text + ctrl.value.slice(caret);
-        setCaretPosition(ctrl, caret - length + text.length);
+        var now = entered(ctrl);
+        var start = now.text.slice(0, now.caret - length) + text;
+        if (!enter(ctrl, start + now.text.slice(now.caret), start.length))
+            return;
         var event = document.createEvent('Event');
         event.initEvent('input', false, true);
         ctrl.dispatchEvent(event);
@@ -57,15 +91,19 @@
     }
 
     function getCursortPosition(ctrl) {
-        // Fields such as numbers have no caret that scripts can see; theirs counts as the end.
+        // Fields such as numbers may have no caret that scripts can see; theirs counts as the end.
         return typeof ctrl.selectionStart === 'number' ? ctrl.selectionStart : ctrl.value.length;
+    }
+
+    function placeCaret(ctrl, pos) {
+        if (typeof ctrl.selectionStart === 'number')
+            ctrl.setSelectionRange(pos, pos);
     }
 
     // A negative position means the end.
     function setCaretPosition(ctrl, pos) {
-        var target = pos < 0 ? ctrl.value.length : pos;
-        if (typeof ctrl.selectionStart === 'number')
-            ctrl.setSelectionRange(target, target);
+        unfinished = null;
+        placeCaret(ctrl, pos < 0 ? ctrl.value.length : pos);
     }
 
     function keyboardWrite(text) {
@@ -79,12 +117,13 @@
 
     function keyboardDel() {
         var ctrl = focusedField();
-        var caret = ctrl && !ctrl.readOnly ? getCursortPosition(ctrl) : 0;
-        if (caret > 0) {
-            // Characters outside the basic plane are a pair of units; half of one is no character.
-            var isPair = /[\uD800-\uDBFF][\uDC00-\uDFFF]$/.test(ctrl.value.slice(0, caret));
-            replaceBeforeCaret(ctrl, isPair ? 2 : 1, '');
-        }
+        if (!ctrl || ctrl.readOnly)
+            return;
+        var now = entered(ctrl);
+        var before = now.text.slice(0, now.caret);
+        // Characters outside the basic plane are a pair of units; half of one is no character.
+        if (before)
+            replaceBeforeCaret(ctrl, /[\uD800-\uDBFF][\uDC00-\uDFFF]$/.test(before) ? 2 : 1, '');
     }
 
     function KeyboardPress(text, id) {
