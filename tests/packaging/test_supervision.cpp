@@ -90,7 +90,12 @@ private:
     QByteArray m_output;
 };
 
-bool isRunning(pid_t process) { return process > 0 && ::kill(process, 0) == 0; }
+/** Whether it has not ended; where nobody takes up orphans, those that have are still there. */
+bool isRunning(pid_t process)
+{
+    return process > 0 && ::kill(process, 0) == 0 &&
+           !contentOf(QString("/proc/%1/stat").arg(process)).contains(") Z ");
+}
 
 } // namespace
 
@@ -160,6 +165,14 @@ private slots:
         writeFile(log, QByteArray(7 * 1024 * 1024 + 1, 'x'));
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(log), 30000);
         QCOMPARE(QFileInfo(log + ".1").size(), 7 * 1024 * 1024 + 1);
+
+        const pid_t left[] = {box.process("receiver"), box.process("program")};
+        box.script.kill();
+        QVERIFY(box.script.waitForFinished());
+        box.script.start();
+        QVERIFY2(portalComes(), "a crash of the script");
+        for (const pid_t process : left)
+            QVERIFY(!isRunning(process) && process != box.process("receiver"));
 
         box.script.terminate();
         QVERIFY(box.script.waitForFinished());
