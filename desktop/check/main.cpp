@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/check/check_options.h"
 #include "desktop/check/checks.h"
-#include "desktop/check/connection.h"
 #include "desktop/check/report.h"
 #include "platform/program_version.h"
 
@@ -15,7 +14,6 @@
 namespace {
 
 constexpr int nothingChecked = 2;
-constexpr int connectMs = 3000;
 
 int failWith(const QString &text)
 {
@@ -47,11 +45,10 @@ int check(const CheckOptions &options)
 {
     if (!options.junitFile.isEmpty() && !QSaveFile(options.junitFile).open(QIODevice::WriteOnly))
         return failWith("Cannot write " + options.junitFile);
-    const QByteArray path = QFile::encodeName(options.socket);
-    const QString fault = Connection().open(path, QDeadlineTimer(connectMs));
-    if (!fault.isEmpty())
+    Walk walk(QFile::encodeName(options.socket), QDeadlineTimer(options.timeLimit));
+    // What else is wrong with the connections is for the first check to tell.
+    if (const QString fault = walk.restart(); !walk.isReached())
         return failWith(QString("No receiver at %1: %2").arg(options.socket, fault));
-    Walk walk(path, QDeadlineTimer(options.timeLimit));
     walk.url = options.url;
     walk.sendsAll = options.sendsAll;
     TapReport report(stdout);

@@ -49,13 +49,13 @@ QByteArray requestPayload(Command request, const Walk &walk)
 
 CheckResult checkConnections(Walk &walk)
 {
-    const QString fault = walk.restart();
-    if (!fault.isEmpty())
-        return CheckResult::of(fault);
-    Session &session = *walk.session();
+    // The one that looked for the receiver, who may tell its portal only once.
+    Session *session = walk.session();
+    if (!session)
+        return CheckResult::of(walk.fault());
     walk.announcesPortal =
-        session.listen(announcementMs, [](Event event) { return event == Event::NewPortal; });
-    if (!session.isOpen())
+        session->listen(announcementMs, [](Event event) { return event == Event::NewPortal; });
+    if (!session->isOpen())
         return CheckResult::of("The receiver closes a connection on which nothing was wrong.");
     return {};
 }

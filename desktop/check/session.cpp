@@ -46,6 +46,7 @@ QString Session::open()
     QString fault = m_commands.open(m_path, deadline);
     if (!fault.isEmpty())
         return "The connection for commands: " + fault;
+    m_isReached = true;
     if (!send(Command::VirtualScreen, integerPayload(initialScreenWidth)))
         return "The receiver closes the connection for commands, or does not read it.";
     fault = m_events.open(m_path, deadline);

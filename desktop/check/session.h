@@ -43,6 +43,9 @@ public:
     /** Connects as the program does; what went wrong as a sentence, empty when nothing did. */
     QString open();
 
+    /** True once the first of the two connections was made, whatever became of it. */
+    bool isReached() const { return m_isReached; }
+
     /** True while the receiver has closed neither connection. */
     bool isOpen() const { return m_commands.isOpen() && m_events.isOpen(); }
 
@@ -80,6 +83,7 @@ private:
     Connection m_commands;
     Connection m_events;
     FrameStream m_stream;
+    bool m_isReached = false;
     bool m_readsByWrites = false;
     std::vector<SeenFrame> m_seen;
     QDeadlineTimer m_second; ///< The second in which m_inSecond frames came.

@@ -25,10 +25,11 @@ QString Walk::restart()
         QThread::msleep(awayMs);
     }
     auto session = std::make_unique<Session>(m_path, m_overall, findings);
-    QString fault = session->open();
-    if (fault.isEmpty())
+    m_fault = session->open();
+    m_isReached = m_isReached || session->isReached();
+    if (m_fault.isEmpty())
         m_session = std::move(session);
-    return fault;
+    return m_fault;
 }
 
 Session *Walk::session()

@@ -51,6 +51,12 @@ public:
     /** The session, begun if there is none that works; null if the receiver does not serve one. */
     Session *session();
 
+    /** What went wrong when a session was last begun, as a sentence. */
+    QString fault() const { return m_fault; }
+
+    /** True once the receiver's socket has taken a connection. */
+    bool isReached() const { return m_isReached; }
+
     bool isOver() const { return m_overall.hasExpired(); }
 
     /** Notes that this request is answered as it should. */
@@ -70,6 +76,8 @@ private:
     QByteArray m_path;
     QDeadlineTimer m_overall;
     std::unique_ptr<Session> m_session;
+    QString m_fault;
+    bool m_isReached = false;
     QSet<int> m_answered;
     std::optional<Command> m_probe;
     QByteArray m_probePayload;

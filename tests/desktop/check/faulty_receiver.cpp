@@ -79,10 +79,11 @@ void FaultyReceiver::serve()
         if (m_fault == Fault::SendsRubbish && listener() >= 0)
             write(listener(), QByteArray("\x1b[2J\xff\0rubbish", 12).repeated(50));
     }
-    for (const auto &[descriptor, peer] : m_peers)
-        ::close(descriptor);
+    // First, since whoever sees an end connects again.
     if (m_hasEnded)
         ::close(m_server);
+    for (const auto &[descriptor, peer] : m_peers)
+        ::close(descriptor);
 }
 
 bool FaultyReceiver::readFrom(int descriptor)
@@ -130,7 +131,9 @@ void FaultyReceiver::handle(int descriptor, quint32 type, const QByteArray &payl
     if (type == play)
         startPlayback();
     if (type == seek && m_fault != Fault::TellsNoPositionAfterSeek)
-        sendEvent(1005, integer(60000) + seven);
+        sendEvent(1005,
+                  integer(60000) +
+                      (m_fault == Fault::SeeksNowhere ? seven : payload.leftJustified(4, '\0')));
     if (type == mute && m_fault == Fault::EndsAtMute)
         m_hasEnded = true;
     if (type == mute && m_fault == Fault::SendsOnCommands)

@@ -29,6 +29,7 @@ enum class Fault {
     Hangs,
     TellsNoLength,
     TellsNoPositionAfterSeek,
+    SeeksNowhere,
     TellsPortalOnce,
     ClosesAtUnknown,
     NeedsWholeReads,

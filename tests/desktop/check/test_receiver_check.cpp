@@ -115,6 +115,7 @@ private slots:
         row("thousands of events", Fault::Floods, {"does not flood"});
         row("no length", Fault::TellsNoLength, {"tells the length and the start of playback"});
         row("no position", Fault::TellsNoPositionAfterSeek, {"tells the position after a seek"});
+        row("the old position", Fault::SeeksNowhere, {"tells the position after a seek"});
         row("the portal once", Fault::TellsPortalOnce, {"tells each program its portal"});
         row("hanging up at an unknown command", Fault::ClosesAtUnknown,
             {"passes over unknown commands"});
