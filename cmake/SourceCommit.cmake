@@ -10,7 +10,8 @@ function(vesprel_source_commit result source)
         OUTPUT_VARIABLE top
         OUTPUT_STRIP_TRAILING_WHITESPACE
         ERROR_QUIET)
-    if(top STREQUAL source)
+    file(REAL_PATH ${source} real) # As git names it, however the build came there.
+    if(top STREQUAL real)
         execute_process(
             COMMAND git describe --always --dirty --exclude=*
             WORKING_DIRECTORY ${source}
