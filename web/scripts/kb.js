@@ -23,7 +23,7 @@
         return isField ? element : null;
     }
 
-    // A number on its way, such as "-" or "3.", which its field would take for nothing: kept here
+    // A number on its way, such as "-" or "3e", which its field would take for nothing: kept here
     // until it is one. What the page does to the field ends it, and so does a move of the caret.
     var unfinishedNumber = /^[-+]?\d*\.?\d*(e[-+]?)?$/i;
     var unfinished = null;
