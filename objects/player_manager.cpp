@@ -20,8 +20,6 @@ stbPlayerManager::~stbPlayerManager()
 {
     logRecord("~stbPlayerManager", "():");
     m_gSTB->setPlayer(nullptr);
-    qDeleteAll(m_players);
-    m_players.clear();
 }
 
 QStringList stbPlayerManager::getExternalProtocols() const

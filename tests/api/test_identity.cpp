@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "api/unique_identifiers.h"
+#include "api/vesprelv2.h"
 #include "platform/box_paths.h"
 #include "platform/device_identity.h"
 #include "tests/support/files.h"
@@ -232,6 +233,15 @@ private slots:
         QCOMPARE(lastUsableAddress(list).value_or("none"), expected);
         const QString record = "UpdateNetconfig : \"" + expected + '"';
         QCOMPARE(log.take().contains(record), expected != "none");
+    }
+
+    void addressIsKnownFromTheStart()
+    {
+        LogCapture log;
+        VesprelV2 gSTB;
+        const QStringList told = log.take().filter("UpdateNetconfig");
+        const auto address = lastUsableAddress(QNetworkInterface::allAddresses());
+        QCOMPARE(told.isEmpty(), !address);
     }
 };
 

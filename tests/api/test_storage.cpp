@@ -273,6 +273,9 @@ private slots:
                ").join('x')}))");
         QCOMPARE(firstBytes(m_page->path("settings")), QByteArray(R"({"a":"b"})"));
         QVERIFY(log.take().constLast().startsWith("Not stored"));
+        const int rest = (16 << 20) - int(qstrlen(R"({"a":"b","c":""})"));
+        answer(QString("gSTB.SetEnv(JSON.stringify({c: Array(%1).join('x')}))").arg(rest + 1));
+        QCOMPARE(contentOf(m_page->path("settings")).size(), 16 << 20);
     }
 
     /** A thousand settings cost one write. */

@@ -46,6 +46,7 @@ private slots:
     void severalFramesInOneRead()
     {
         FrameSplitter splitter;
+        QVERIFY(!splitter.next());
         splitter.feed(bytes(threeFrames));
         QVERIFY(takeAll(splitter) == threeFramesTaken);
     }

@@ -51,6 +51,7 @@ private slots:
         // The largest 64-bit count, whose size wraps, and which stays for the item behind it.
         QTest::newRow("count out of range") << QByteArray("99999999999999999999I") << -4;
         QTest::newRow("count out of range stays") << QByteArray("99999999999999999999bb") << -2;
+        QTest::newRow("longest count") << QByteArray(30, '0') + "2b" << 2;
         QTest::newRow("largest count") << QByteArray("9223372036854775807bb") << 0;
         QTest::newRow("count above 32 bits") << QByteArray("4294967298b") << 2;
     }

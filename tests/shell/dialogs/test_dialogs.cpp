@@ -140,6 +140,20 @@ private slots:
         QTEST(m_portal->trace(), "answer");
     }
 
+    /** A key acts when it goes down, and the release of one that was down before does nothing. */
+    void actsOnPresses()
+    {
+        const auto send = [this](QTest::KeyAction action, Qt::Key key) {
+            QTest::sendKeyEvent(action, m_portal->view(), key, QString(), Qt::NoModifier);
+        };
+        ask("trace.push(confirm('x'))", [send] {
+            send(QTest::Release, Qt::Key_Right);
+            send(QTest::Press, Qt::Key_Return);
+        });
+        send(QTest::Release, Qt::Key_Return);
+        QCOMPARE(m_portal->trace(), QString("true"));
+    }
+
     /** Text is shown as it is, as much of it as can be read, and the arrows move it. */
     void texts()
     {

@@ -65,7 +65,7 @@ class Trials:
         for number, name in enumerate(files):
             if number == 0 and not self.whole_file:
                 names |= self.map.tests_of(name, fault.line)
-            elif not names or self.whole_file:
+            else:
                 names |= set(self.map.ran.get(name, {}))
             if number == 0 and names and not self.whole_file:
                 break
