@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The program built as shared libraries, and one of them built anew with a fault in it."""
+"""The program built as shared libraries, and one of them built anew with a fault in it. What a header
+says is also in the tests that include it: these are built anew, too."""
 import json
 import os
 import re
@@ -49,8 +50,8 @@ class Product:
     """What it takes to build a library of the program again; any thread."""
 
     def __init__(self):
-        self.links = {}  # library -> command
-        self.units = {}  # source -> (object, arguments of the compiler, library)
+        self.links = {}  # library, or program of a test -> command
+        self.units = {}  # source -> (object, arguments of the compiler, library or program)
         self.users = {}  # header -> sources
         self.headers = {}  # library -> what is compiled beforehand
         self.lock = threading.Lock()
@@ -61,7 +62,8 @@ class Product:
     def _read_links(self):
         for line in _ninja("-t", "targets", "all").splitlines():
             name, _, rule = line.partition(": ")
-            if rule.startswith("CXX_SHARED_LIBRARY_LINKER") and not name.startswith("tests/"):
+            isTest = name.startswith("tests/")
+            if rule.startswith("CXX_EXECUTABLE_LINKER" if isTest else "CXX_SHARED_LIBRARY_LINKER"):
                 self.links[name] = _ninja("-t", "commands", "-s", name).strip()
 
     def _read_units(self):
@@ -71,7 +73,7 @@ class Product:
             words = shlex.split(entry["command"])
             piece = words[words.index("-o") + 1]
             name = os.path.relpath(entry["file"], TOP)
-            if piece not in libraries or not name.startswith(OWN):
+            if piece not in libraries or not name.startswith((*OWN, "tests/")):
                 continue
             begin = next(n for n, word in enumerate(words) if word.endswith("c++"))
             flags = [word for word in words[begin:words.index("-o")]
@@ -89,25 +91,35 @@ class Product:
                 self.users.setdefault(header, set()).add(user)
 
     def units_of(self, name):
-        """The sources that are compiled anew when this file changes."""
-        return sorted(self.users.get(name, ())) if name.endswith(".h") else \
-            [name] if name in self.units else []
+        """The program's sources that are compiled anew when this file changes."""
+        users = self.users.get(name, ()) if name.endswith(".h") else {name} & self.units.keys()
+        return sorted(user for user in users if user.startswith(OWN))
 
     def build_faulty(self, name, content, folder):
         """Builds the libraries that hold the file, with this content of it, into a folder."""
         place = folder / "source" / name
         place.parent.mkdir(parents=True)
         place.write_text(content)
+        self._link_anew(self.units_of(name), {name: place}, folder)
+
+    def build_test(self, name, test, folder):
+        """Builds a test's program into the folder if it includes this file; its path, or None."""
+        program = f"tests/test_{test}"
+        units = [unit for unit in self.users.get(name, ()) if self.units[unit][2] == program]
+        self._link_anew(units, {}, folder)
+        return folder / f"test_{test}" if units else None
+
+    def _link_anew(self, units, changed, folder):
         pieces = {}
-        for unit in self.units_of(name):
-            piece, _, library = self.units[unit]
-            pieces.setdefault(library, {})[piece] = self.compile(
-                unit, place if unit == name else TOP / unit, folder)
-        for library, changed in pieces.items():
-            command = self.links[library]
-            words = [str(changed.get(word, word)) for word in shlex.split(command)]
+        for unit in units:
+            piece, _, target = self.units[unit]
+            pieces.setdefault(target, {})[piece] = self.compile(
+                unit, changed.get(unit, TOP / unit), folder)
+        for target, objects in pieces.items():
+            command = self.links[target]
+            words = [str(objects.get(word, word)) for word in shlex.split(command)]
             words = words[words.index("&&") + 1:len(words) - words[::-1].index("&&") - 1]
-            words[words.index("-o") + 1] = str(folder / os.path.basename(library))
+            words[words.index("-o") + 1] = str(folder / os.path.basename(target))
             subprocess.run(words, cwd=BUILD, check=True, capture_output=True)
 
     def compile(self, unit, source, folder, flags=()):
@@ -127,7 +139,7 @@ class Product:
 
     def _precompiled(self, library, arguments, flags):
         """What the library's sources include from outside, compiled once."""
-        if flags:
+        if flags or library.startswith("tests/"):
             return []
         with self.lock:
             if library not in self.headers:

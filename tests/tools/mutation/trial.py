@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 """Tries a fault: builds it and runs the tests that reach it, the quick and near ones first."""
+import copy
 import json
 import os
 import re
@@ -107,7 +108,10 @@ class Trials:
             if spent > BUDGET_S:
                 left.append(name)
                 continue
-            outcome = self._run(name, folder)
+            try:
+                outcome = self._run(name, self.product.build_test(fault.name, name, folder), folder)
+            except DoesNotCompile:
+                return "killed", f"{name}: does not compile"
             spent += outcome.seconds
             if outcome.verdict != "passed":
                 return "killed", f"{name}: {outcome.verdict} {' '.join(outcome.functions[:1])}"
@@ -116,9 +120,13 @@ class Trials:
         tried = f"of {len(order)} tests" if not left else f"without {' '.join(left)}"
         return "survived", tried if order else "no test runs it"
 
-    def _run(self, name, folder):
-        """Runs a test on the faulty libraries; a failure counts if it can be made again."""
+    def _run(self, name, program, folder):
+        """Runs a test, or its program built anew, on the faulty libraries; a failure counts if it
+        can be made again."""
         test = self.tests[name]
+        if program:
+            test = copy.copy(test)
+            test.command = [str(program), *test.command[1:]]
         libraries = {"LD_LIBRARY_PATH": os.pathsep.join(
             filter(None, (str(folder), os.environ.get("LD_LIBRARY_PATH"))))}
         limit = max(LEAST_S, 4 * self.map.seconds[name])
