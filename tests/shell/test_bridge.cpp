@@ -191,6 +191,8 @@ private slots:
             "['Down', '.', function () { i.value = 7; }, 'Down', '1']", "71 2");
         row("no number", three, "['Down', 'a', '1']", "31 1");
         row("read-only", "<input id='i' value='a' readonly>", "['b', 'BackSpace']", "a 0");
+        row("disabled", "<input id='i' value='a'>",
+            "['Down', 'b', function () { i.disabled = true; }, 'c', 'BackSpace']", "ab 1");
         row("full", "<input id='i' value='ab' maxlength='2'>", "['c', 'Space']", "ab 0");
         row("half full", "<input id='i' value='a' maxlength='3'>", "['Down', 'www.']", "aww 1");
         row("full, erased", "<input id='i' value='ab' maxlength='2'>", "['Down', 'BackSpace', 'c']",
@@ -213,6 +215,33 @@ private slots:
         evaluate(keys + ".forEach(function (k) {"
                         "  typeof k === 'function' ? k() : KeyboardPress(k, 'id'); });");
         QTEST(evaluate("i.value + ' ' + inputs").toString(), "result");
+    }
+
+    /** A frame has no script of the keyboard's own, so the page's reaches into it. */
+    void keyboardScriptInFrames()
+    {
+        m_portal->load("<body style='margin: 0'><iframe style='position: absolute; left: 100px;"
+                       "top: 50px; border: 7px solid'></iframe><script>"
+                       "var outer = document.querySelector('iframe');"
+                       "outer.contentDocument.body.innerHTML = '<iframe></iframe><p>x</p>';"
+                       "var inner = outer.contentDocument.querySelector('iframe');"
+                       "inner.contentDocument.body.innerHTML = '<input value=a>';"
+                       "var field = inner.contentDocument.querySelector('input');"
+                       "</script>");
+        const QString keys = "['Down', 'b', 'BackSpace', 'c', 'Left', 'Space']";
+        QCOMPARE(evaluate("field.focus();" + keys +
+                          ".forEach(function (k) { KeyboardPress(k, ''); }); field.value"),
+                 QVariant("a c"));
+        QCOMPARE(evaluate("var at = GetFocusInputPos(), i = inner.getBoundingClientRect(),"
+                          "    f = field.getBoundingClientRect();"
+                          "[at.x - 107 - i.left - inner.clientLeft - f.left,"
+                          " at.y - 57 - i.top - inner.clientTop - f.top,"
+                          " at.w - f.width, at.h - f.height].join()"),
+                 QVariant("0,0,0,0"));
+        // Without a field it is the frame that has the focus.
+        QCOMPARE(evaluate("field.blur(); outer.focus(); KeyboardPress('d', '');"
+                          "GetFocusInputPos().x + ' ' + field.value"),
+                 QVariant("100 a c"));
     }
 
     /** The scripts leave nothing in the page but what portals know. */

@@ -15,12 +15,29 @@
         return element === document.body || element === document.documentElement ? null : element;
     }
 
-    // The focused text field, or null.
+    // What has the focus in a frame, as far as its document is of the same origin.
+    function focusedInside(frame) {
+        try {
+            return frame.contentDocument.activeElement;
+        } catch (foreign) {
+            return null;
+        }
+    }
+
+    // The focused text field, in a frame of the page as well, or null.
     function focusedField() {
         var element = focusedElement();
+        while (element && (element.tagName === 'IFRAME' || element.tagName === 'FRAME'))
+            element = focusedInside(element);
         var isField = element && (element.tagName === 'TEXTAREA' ||
             (element.tagName === 'INPUT' && textTypes.indexOf(element.type) >= 0));
         return isField ? element : null;
+    }
+
+    // The focused text field if it may be changed, or null.
+    function writableField() {
+        var ctrl = focusedField();
+        return ctrl && !ctrl.readOnly && !ctrl.disabled ? ctrl : null;
     }
 
     // A number on its way, such as "-" or "3e", which its field would take for nothing: kept here
@@ -83,11 +100,19 @@
     }
 
     function GetFocusInputPos() {
-        var element = focusedElement();
+        var element = focusedField() || focusedElement();
         if (!element)
             return {x: 0, y: 0, w: 0, h: 0};
         var box = element.getBoundingClientRect();
-        return {x: box.left, y: box.top, w: box.width, h: box.height};
+        var x = box.left;
+        var y = box.top;
+        // The box of a field in a frame counts from that frame's corner.
+        for (var view = element.ownerDocument.defaultView; view !== window; view = view.parent) {
+            var frame = view.frameElement;
+            x += frame.getBoundingClientRect().left + frame.clientLeft;
+            y += frame.getBoundingClientRect().top + frame.clientTop;
+        }
+        return {x: x, y: y, w: box.width, h: box.height};
     }
 
     function getCursortPosition(ctrl) {
@@ -107,8 +132,8 @@
     }
 
     function keyboardWrite(text) {
-        var ctrl = focusedField();
-        if (!ctrl || ctrl.readOnly)
+        var ctrl = writableField();
+        if (!ctrl)
             return;
         var fits = fitting(ctrl, text);
         if (fits || !text)
@@ -116,8 +141,8 @@
     }
 
     function keyboardDel() {
-        var ctrl = focusedField();
-        if (!ctrl || ctrl.readOnly)
+        var ctrl = writableField();
+        if (!ctrl)
             return;
         var now = entered(ctrl);
         var before = now.text.slice(0, now.caret);
