@@ -20,6 +20,13 @@ constexpr int mostOpen = 8;
 // A script that has asked as often as this in one go, unheard, will not come to an end.
 constexpr int mostSelfAnswered = 1000;
 
+/** A drop-down list is a window of its own: it lies above everything and takes all keys. */
+void closeOpenList()
+{
+    if (QWidget *list = QApplication::activePopupWidget())
+        list->close();
+}
+
 } // namespace
 
 /** One open dialog, on the stack of the script that waits for it. */
@@ -65,9 +72,7 @@ DialogAnswer DialogHost::answerItself(const Dialog &dialog)
 
 DialogAnswer DialogHost::show(const Dialog &dialog)
 {
-    // A list that is open would lie above the dialog and never hear a key.
-    if (QWidget *popup = QApplication::activePopupWidget())
-        popup->close();
+    closeOpenList();
     const QPointer<DialogHost> self(this);
     Level level;
     level.panel = new DialogPanel(dialog, m_window);
@@ -99,8 +104,10 @@ DialogAnswer DialogHost::show(const Dialog &dialog)
 void DialogHost::setStandby(bool standby)
 {
     m_standby = standby;
-    if (standby)
-        answerAll();
+    if (!standby)
+        return;
+    closeOpenList();
+    answerAll();
 }
 
 void DialogHost::answerAll()

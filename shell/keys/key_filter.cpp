@@ -63,6 +63,9 @@ bool KeyFilter::filter(QWebView &view, const QKeyEvent &event)
     case KeyRoute::ToKeyboard:
         m_keyboard.postKey(event);
         logRecord("In Keyboard, will act like Key");
+        // Only the power key comes here while the box is off, and nothing else would wake it.
+        if (m_browser.isPoweredOff())
+            pressBoxKey(key);
         return true;
     case KeyRoute::Translated: break;
     }

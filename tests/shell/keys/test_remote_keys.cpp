@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QWebElement>
 #include <QWebFrame>
 #include <QWebView>
 
@@ -301,6 +302,37 @@ private slots:
         m_portal->window.OnPowerOn();
         QCOMPARE(log.take().filter("OnPower"), QStringList("OnPowerOn (): "));
         QCOMPARE(traceAfter(Qt::Key_A), QString("keydown(65) keyup(65)"));
+    }
+
+    /** The keyboard takes all keys, but on a box that is off nobody sees it. */
+    void powerKeyWakesBelowTheKeyboard()
+    {
+        build(focusedPage);
+        m_portal->root.write("usr/share/vesprel/web/system/keyboard/index.html", "keys");
+        LogCapture log;
+        QStringList lines;
+        m_portal->window.VirtualKeyboardOpen();
+        QTRY_VERIFY((lines += log.take()).contains("keyboard finishLoading true"));
+        press(Qt::Key_PowerOff);
+        m_portal->window.OnPowerOff();
+        press(Qt::Key_A);
+        press(Qt::Key_PowerOff);
+        lines = log.take();
+        QCOMPARE(lines.filter("In Keyboard, will act like Key").size(), 2);
+        QCOMPARE(lines.filter("APP request standby").size(), 1);
+        QTRY_COMPARE(m_portal->receiver.received(), QByteArray("3ade68b10000077700000000"));
+    }
+
+    /** A list that is open would take keys of a box that is off. */
+    void powerOffClosesTheList()
+    {
+        build("<select id='f'><option>1<option>2</select>");
+        QTest::mouseClick(
+            m_portal->view(), Qt::LeftButton, Qt::NoModifier,
+            m_portal->view()->page()->mainFrame()->findFirstElement("#f").geometry().center());
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        m_portal->window.OnPowerOff();
+        QVERIFY(!QApplication::activePopupWidget());
     }
 
     /** In the launcher F11 is the portal's; elsewhere it closes the favourites view. */
