@@ -33,6 +33,8 @@ public:
         , m_own(m_option->palette)
     {
         m_option->palette = palette;
+        // What can't be chosen looks like it.
+        m_option->palette.setCurrentColorGroup(m_own.currentColorGroup());
     }
 
     ~Recoloured() { m_option->palette = m_own; }

@@ -116,7 +116,8 @@ private slots:
     void openList()
     {
         build();
-        m_portal->load("<select id=c><option>one<option selected>two<option>three</select>");
+        m_portal->load("<select id=c><option>one<option selected>two"
+                       "<option disabled>three</select>");
         const QRect place =
             m_portal->view()->page()->mainFrame()->findFirstElement("#c").geometry();
         QTest::mouseClick(m_portal->view(), Qt::LeftButton, Qt::NoModifier, place.center());
@@ -127,6 +128,19 @@ private slots:
             const QRect item = list->visualRect(list->model()->index(row, 0));
             return list->grab().toImage().pixelColor(item.left() + 4, item.center().y());
         };
+        // How dark the darkest of a row's letters is.
+        const auto ink = [list](int row) {
+            const QImage item =
+                list->viewport()->grab(list->visualRect(list->model()->index(row, 0))).toImage();
+            int darkest = 255;
+            for (int y = 4; y < item.height() - 4; ++y) {
+                for (int x = 4; x < item.width() - 4; ++x)
+                    darkest = qMin(darkest, item.pixelColor(x, y).lightness());
+            }
+            return darkest;
+        };
+        const int usual = ink(0);
+        const int disabled = ink(2);
         const int textHeight = list->fontMetrics().height();
         const QColor first = ground(0);
         const QColor second = ground(1);
@@ -134,6 +148,8 @@ private slots:
         popup->close();
         QVERIFY(first.lightness() > 240);
         QVERIFY(second.lightness() < 180);
+        QVERIFY2(usual < 60 && disabled > 100,
+                 qPrintable(QString("%1 %2").arg(usual).arg(disabled)));
         QCOMPARE(edge, QColor("#303030"));
         QVERIFY(textHeight >= 720 / 26);
     }
