@@ -76,6 +76,7 @@ void Receiver::connectProbe()
 {
     connect(&m_probe, &PortalProbe::failed, this, [this](const QString &reason) {
         const QString portal = QString::fromUtf8(m_current);
+        m_lacksSomething = false;
         emit message(QString("cannot load %1: %2; it is loaded as soon as it is there")
                          .arg(oneLine(portal), oneLine(reason)));
         showNotice(
@@ -88,7 +89,7 @@ void Receiver::connectProbe()
         if (hadFailed)
             announce(m_current);
         else
-            emit message("cannot load something that the portal asks for; the portal is there");
+            goOnWithoutAll();
     });
 }
 
@@ -195,6 +196,7 @@ void Receiver::announce(const QByteArray &url)
         return;
     m_current = url;
     m_isAnnounced = true;
+    m_lacksSomething = false;
     m_probe.stop();
     showNotice(QString(), false);
     m_server.send(Event::NewPortal, url);
@@ -235,10 +237,31 @@ void Receiver::showApplication(const QString &name)
 
 void Receiver::showLoadError()
 {
-    showNotice("The portal, or something that it asks for, could not be loaded:\n" +
-                   QString::fromUtf8(m_current) + "\n\nPress a key to try it again.",
-               true);
+    if (m_current.isEmpty()) {
+        showNotice("The page, or something that it asks for, could not be loaded.\n\n"
+                   "Press a key to go back.",
+                   false);
+        return;
+    }
+    // Whoever has gone on once is not stopped for each picture that is missing.
+    if (!m_lacksSomething)
+        showNotice("The portal, or something that it asks for, could not be loaded:\n" +
+                       QString::fromUtf8(m_current) + "\n\nPress a key to try it again.",
+                   true);
     m_probe.start(QUrl::fromEncoded(m_current));
+}
+
+void Receiver::goOnWithoutAll()
+{
+    if (std::exchange(m_lacksSomething, true))
+        return;
+    emit message("cannot load something that the portal asks for; the portal is there");
+    // Loading it again would lead here again, and nobody would ever see the portal.
+    if (m_isPortalHidden)
+        showNotice("Something that the portal asks for could not be loaded; the terminal tells "
+                   "what.\n\nPress a key to go on without it; if nothing is there then, press "
+                   "Back.",
+                   false);
 }
 
 void Receiver::leaveNotice()

@@ -82,6 +82,7 @@ private:
     void showNotice(const QString &text, bool hidesPortal);
     void showApplication(const QString &name);
     void showLoadError();
+    void goOnWithoutAll();
     void tellUsb(const QString &failure, Event event);
     void setScreenWidth(int width);
     void setVideoArea(const QRect &area);
@@ -100,6 +101,7 @@ private:
     bool m_isAnnounced = false;
     bool m_isStandby = false;
     bool m_isPortalHidden = false; ///< Behind the receiver's own screen there is no portal.
+    bool m_lacksSomething = false; ///< The portal is there, but not all that it asks for.
     QStringList m_audioLanguages = {QString(), QString()};    ///< The first choice, the second.
     QStringList m_subtitleLanguages = {QString(), QString()}; ///< The same.
 };

@@ -221,6 +221,39 @@ private slots:
         }
     }
 
+    void missingPartsDoNotHideThePortal_data()
+    {
+        QTest::addColumn<QByteArray>("portal");
+        QTest::addColumn<QString>("notice");
+        QTest::newRow("a portal that is there")
+            << QUrl::fromLocalFile(QFINDTESTDATA("test_receiver.cpp")).toEncoded()
+            << "go on without it";
+        QTest::newRow("no portal of the receiver's") << QByteArray() << "go back";
+    }
+
+    /** Loading a portal again would lead to the same screen again, whatever key is pressed. */
+    void missingPartsDoNotHideThePortal()
+    {
+        QFETCH(QByteArray, portal);
+        QFETCH(QString, notice);
+        ReceiverLink link;
+        link.receiver.setPortal(portal);
+        QSignalSpy notices(&link.receiver, &Receiver::noticeChanged);
+        const auto shown = [&notices] { return notices.last().first().toString(); };
+        link.command(1910, "show load page error");
+        QTRY_VERIFY(!notices.isEmpty() && shown().contains(notice));
+        link.receiver.leaveNotice();
+        QCOMPARE(shown(), QString());
+        if (!portal.isEmpty()) {
+            // A second one that fails; the next command tells that it was handled.
+            const auto before = notices.size();
+            link.command(1910, "show load page error");
+            link.command(1910, "apps");
+            QTRY_COMPARE(notices.size(), before + 1);
+            QVERIFY(shown().contains("apps"));
+        }
+    }
+
     void consoleNotesTheStateOfRecordings()
     {
         ReceiverLink link;
