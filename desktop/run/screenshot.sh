@@ -27,7 +27,7 @@ save_picture() {
 
 # What the programs found wrong.
 show_faults() {
-    sed -n 's/^vesprel\.page: //; /^script error\|^not loaded\|^certificate of/p' "$scratch/program" |
+    sed -n 's/^vesprel\.page: //; /^script error\|^not loaded\|^not run\|^certificate of/p' "$scratch/program" |
         sort -u | while IFS= read -r line; do say "$line"; done
     sed -n '/^cannot /p' "$scratch/receiver" | sort -u | while IFS= read -r line; do say "$line"; done
 }

@@ -10,6 +10,8 @@
 #include <QSslCertificate>
 #include <QSslError>
 #include <QUrl>
+#include <QWebElement>
+#include <QWebFrame>
 #include <QWebPage>
 
 namespace {
@@ -31,6 +33,9 @@ QString shown(const QUrl &url) { return oneLine(url.toDisplayString(), longestAd
 
 QString place(const QString &source, int line)
 {
+    // What the engine itself says, of a server that does not let this page in above all.
+    if (source.isEmpty() && line == 0)
+        return QString();
     // What the box evaluates in a page, to tell it of events above all, belongs to no file.
     if (source.isEmpty() || source == "undefined")
         return " (in a statement of the box)";
@@ -80,6 +85,19 @@ void logFailure(const QNetworkReply &reply)
     logRefusal(reply.url(), reason);
 }
 
+/** The engine passes over modules without a word, and what bundlers make of a portal is one. */
+void logModulesOf(const QWebFrame &frame)
+{
+    if (!pageLog().isWarningEnabled() || !frame.findFirstElement("script[nomodule]").isNull())
+        return;
+    const QWebElementCollection modules = frame.findAllElements("script[type=module]");
+    for (const QWebElement &module : modules) {
+        const QString source = module.attribute("src");
+        const QUrl at = source.isEmpty() ? frame.url() : frame.baseUrl().resolved(QUrl(source));
+        warn("not run: " + shown(at) + ": a script of type module, which the engine does not know");
+    }
+}
+
 QString joined(const QStringList &texts) { return oneLine(texts.join(", ")); }
 
 QString utcDay(const QDateTime &time) { return time.toUTC().toString("yyyy-MM-dd hh:mm 'UTC'"); }
@@ -121,9 +139,13 @@ void logRefusal(const QUrl &url, const QString &reason)
     warn("not loaded: " + shown(url) + ": " + oneLine(reason, longestText));
 }
 
+void logIgnored(const QString &what) { warn("ignored: " + oneLine(what, longestText)); }
+
 void logConsoleOf(QWebPage *page)
 {
     QObject::connect(page, &QWebPage::consoleMessageReceived, page, &logConsole);
+    QObject::connect(page, &QWebPage::loadFinished, page,
+                     [page] { logModulesOf(*page->mainFrame()); });
 }
 
 void logFailuresOf(QNetworkAccessManager *network, QObject *context)

@@ -27,5 +27,8 @@ void logFailuresOf(QNetworkAccessManager *network, QObject *context);
 /** Writes a record of a document that the engine does not load or show. */
 void logRefusal(const QUrl &url, const QString &reason);
 
+/** Writes a record of what a page asked for and a box with a remote does not have. */
+void logIgnored(const QString &what);
+
 /** What is wrong with the certificate of a server, in words and with what it says of itself. */
 QString certificateFault(const QUrl &url, const QSslError &error);

@@ -5,6 +5,8 @@
 #include "shell/dialogs/dialog_host.h"
 #include "shell/pages/page_log.h"
 
+#include <QCoreApplication>
+#include <QNetworkRequest>
 #include <QWebFrame>
 #include <QWebSecurityOrigin>
 
@@ -20,6 +22,16 @@ QString &userAgentOverride()
 const char boxUserAgent[] = "Mozilla/5.0 (Unknown; Linux) AppleWebKit/538.1 (KHTML, like Gecko) "
                             "MAG200 stbapp ver: 4 rev: 734 Mobile Safari/538.1";
 
+const char downloadReason[] = "a download, or of a type that is not shown";
+
+/** The engine gives up a chain of redirections as if a server had answered with status 400. */
+bool isRedirectionLimit(const QWebPage::ErrorPageExtensionOption &failure)
+{
+    return failure.domain == QWebPage::Http && failure.error == 400 &&
+           failure.errorString ==
+               QCoreApplication::translate("QWebPage", "Redirection limit reached");
+}
+
 /** Who asks, for the viewer: the host, or nothing for pages of the box itself. */
 QString originShown(const QWebFrame *frame) { return frame->securityOrigin().host(); }
 
@@ -31,8 +43,13 @@ ViewerPage::ViewerPage(DialogHost *dialogs, QObject *parent)
 {
     connect(this, &QWebPage::featurePermissionRequested, this,
             [this](QWebFrame *frame, Feature feature) {
+                logIgnored(feature == Geolocation ? "a question for the position"
+                                                  : "a question for notifications");
                 setFeaturePermission(frame, feature, PermissionDeniedByUser);
             });
+    connect(this, &QWebPage::printRequested, this, [] { logIgnored("print()"); });
+    connect(this, &QWebPage::downloadRequested, this,
+            [](const QNetworkRequest &request) { logRefusal(request.url(), downloadReason); });
     if (dialogs) {
         connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, dialogs,
                 [this, dialogs] { dialogs->pageArrived(this); });
@@ -51,11 +68,12 @@ bool ViewerPage::extension(Extension extension, const ExtensionOption *option,
 {
     if (extension == ErrorPageExtension && option) {
         const auto *failure = static_cast<const ErrorPageExtensionOption *>(option);
-        // What the engine refuses by itself never comes to the network.
-        if (failure->domain == WebKit)
-            logRefusal(failure->url, failure->errorString);
         // "Frame load interrupted by policy change": the engine would have handed it to a download.
-        if (failure->domain == WebKit && failure->error == 102)
+        const bool download = failure->domain == WebKit && failure->error == 102;
+        // What the engine refuses by itself never comes to the network as a failure.
+        if (failure->domain == WebKit || isRedirectionLimit(*failure))
+            logRefusal(failure->url, download ? downloadReason : failure->errorString);
+        if (download)
             return false;
     }
     return QWebPage::extension(extension, option, output);
@@ -67,7 +85,27 @@ bool ViewerPage::shouldInterruptJavaScript()
     return true;
 }
 
-QString ViewerPage::chooseFile(QWebFrame *, const QString &) { return QString(); }
+bool ViewerPage::acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &request,
+                                         NavigationType type)
+{
+    if (!frame) {
+        logIgnored("a new window for " + request.url().toDisplayString());
+        return false;
+    }
+    return QWebPage::acceptNavigationRequest(frame, request, type);
+}
+
+QWebPage *ViewerPage::createWindow(WebWindowType)
+{
+    logIgnored("window.open()");
+    return nullptr;
+}
+
+QString ViewerPage::chooseFile(QWebFrame *, const QString &)
+{
+    logIgnored("a choice of files");
+    return QString();
+}
 
 void ViewerPage::javaScriptAlert(QWebFrame *frame, const QString &text)
 {

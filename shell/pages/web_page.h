@@ -29,6 +29,11 @@ public:
     bool shouldInterruptJavaScript() override;
 
 protected:
+    /** There is one page before the viewer, and so no window for another. */
+    bool acceptNavigationRequest(QWebFrame *frame, const QNetworkRequest &request,
+                                 NavigationType type) override;
+    QWebPage *createWindow(WebWindowType type) override;
+
     QString chooseFile(QWebFrame *frame, const QString &suggested) override;
     void javaScriptAlert(QWebFrame *frame, const QString &text) override;
     bool javaScriptConfirm(QWebFrame *frame, const QString &text) override;

@@ -119,6 +119,25 @@ private slots:
             "not loaded: http://127.0.0.1:1/: Request blocked");
         row("unknown scheme", "<script>location = 'tv://a/'</script>",
             "not loaded: tv://a/: Protocol \"tv\" is unknown");
+        row("refused by a server",
+            "<script>var r = new XMLHttpRequest(); r.open('GET', 'http://localhost:PORT/p%2F');"
+            "r.send()</script>",
+            "script error: XMLHttpRequest cannot load http://localhost:PORT/p%2F. Origin "
+            "http://127.0.0.1:PORT is not allowed by Access-Control-Allow-Origin.");
+        row("no end of redirections", "<script>location = '/loop'</script>",
+            "not loaded: http://127.0.0.1:PORT/loop: Redirection limit reached");
+        row("print", "<script>print()</script>", "ignored: print()");
+        row("position", "<script>navigator.geolocation.getCurrentPosition(function () {})</script>",
+            "ignored: a question for the position");
+        row("download", "<a id=a download href=b>b</a><script>a.click()</script>",
+            "not loaded: http://127.0.0.1:PORT/b: a download, or of a type that is not shown");
+        row("module", "<script type=module src=app.js></script>",
+            "not run: http://127.0.0.1:PORT/app.js: a script of type module, which the engine does "
+            "not know");
+        row("module with another script",
+            "<script type=module src=app.js></script><script nomodule>onload = function () {"
+            "setTimeout(function () { console.log('old'); }, 0); }</script>",
+            "console.log: old (HERE:1)");
         row("unhurt", "<script>try { nothing() } catch (e) { console.log('caught') }</script>",
             "console.log: caught (HERE:1)");
     }
@@ -132,13 +151,43 @@ private slots:
         const QString dead = QString::number(freePort());
         const QUrl address("http://127.0.0.1:" + port + "/p%2F");
         server.page("/p%2F", page.replace("PORT", port).replace("DEAD", dead).toUtf8());
+        server.redirect("/loop", "/loop");
         Portal portal;
         LogCapture log;
         record.replace("HERE", address.toString()).replace("PORT", port);
         record.replace("DEAD", dead);
         QVERIFY2(says(portal, log, address, record), qPrintable(m_seen));
-        QVERIFY2(!m_seen.contains("script error") || record.contains("script error"),
-                 qPrintable(m_seen));
+        for (const char *fault : {"script error", "not run"})
+            QVERIFY2(!m_seen.contains(fault) || record.contains(fault), qPrintable(m_seen));
+    }
+
+    void ignoredAfterOk_data()
+    {
+        QTest::addColumn<QByteArray>("element");
+        QTest::addColumn<QString>("record");
+        QTest::newRow("link to a new window")
+            << QByteArray("<a id=f target=_blank href='file:///b'>b</a>")
+            << "ignored: a new window for file:///b";
+        QTest::newRow("new window")
+            << QByteArray("<button id=f onclick=\"window.open('b')\">b</button>")
+            << "ignored: window.open()";
+        QTest::newRow("file") << QByteArray("<input id=f type=file>")
+                              << "ignored: a choice of files";
+    }
+
+    /** What the engine lets a page do only while the viewer presses a key. */
+    void ignoredAfterOk()
+    {
+        QFETCH(QByteArray, element);
+        Portal portal;
+        portal.load(element + "<script>document.getElementById('f').focus()</script>");
+        LogCapture log;
+        QTest::keyClick(portal.view(), Qt::Key_Return);
+        QStringList seen;
+        QTRY_VERIFY(!(seen += log.take().filter("ignored: ")).isEmpty());
+        QCOMPARE(seen.size(), 1);
+        QTEST(seen.first(), "record");
+        QCOMPARE(portal.view()->url().fileName(), QString("portal.html"));
     }
 
     /** An event that the page does not expect. */
