@@ -14,10 +14,12 @@ import time
 
 from . import TOP
 
-# A /tmp, processes and a loopback of its own: a test that hangs leaves nothing, and two of a kind
-# run side by side. The shell stays, as the parent that a test expects to have.
+# A /tmp, processes and a loopback of its own, with an address as a box has one: a test that hangs
+# leaves nothing, and two of a kind run side by side. The shell stays, as the parent that a test
+# expects to have.
 ALONE = ["unshare", "--mount", "--net", "--pid", "--fork", "--kill-child=KILL", "--mount-proc",
-         "sh", "-c", 'ip link set lo up; mount -t tmpfs tmpfs /tmp && "$@"; exit $?', "alone"]
+         "sh", "-c", 'ip link set lo up; ip address add 192.0.2.2 dev lo; '
+         'mount -t tmpfs tmpfs /tmp && "$@"; exit $?', "alone"]
 # Nothing keeps what a test starts from writing: run.sh and the driver take bwrap for not there.
 UNCONFINED = ["sh", "-c", 'if bwrap=$(command -v bwrap); then mount --bind /bin/false "$bwrap"; fi; '
               '"$@"', "unconfined"]
