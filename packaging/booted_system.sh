@@ -62,14 +62,18 @@ power_on() {
 }
 
 power_off() {
-    [ -z "$supervisor" ] || kill -KILL "$supervisor" 2>/dev/null || true
-    wait 2>/dev/null || true
-    [ -z "$group" ] || find "$group" -depth -type d -exec rmdir {} + 2>/dev/null || true
+    if [ -n "$supervisor" ]; then
+        # All others end with the first process, before its parent does.
+        kill -KILL "$(first_process)" 2>/dev/null || kill -KILL "$supervisor" 2>/dev/null || true
+        wait "$supervisor" 2>/dev/null || true
+    fi
+    [ -z "$group" ] || find "$group" -depth -type d -exec rmdir {} + || true
     supervisor=
     group=
 }
 
+first_process() { pgrep --parent "$supervisor"; }
 box() { # box COMMAND...: on the machine
-    nsenter --all --target "$(pgrep --parent "$supervisor")" -- env -i HOME=/root LC_ALL=C.UTF-8 \
+    nsenter --all --target "$(first_process)" -- env -i HOME=/root LC_ALL=C.UTF-8 \
         PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive "$@"
 }
