@@ -220,7 +220,7 @@ bool MpvPlayer::startMpv()
         emit message("cannot play: " + failure);
         return false;
     }
-    m_mpv->command({"request_log_messages", "error"});
+    m_mpv->command({"request_log_messages", "warn"});
     int observation = 0;
     for (const char *name : observedProperties)
         m_mpv->command({"observe_property", ++observation, name});

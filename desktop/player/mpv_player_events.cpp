@@ -6,6 +6,18 @@
 
 #include <utility>
 
+namespace {
+
+/** Whether a message of mpv's log says why a medium does not play. */
+bool tellsCause(const QJsonObject &message)
+{
+    // A server's answer is a warning only; the error behind it says no more than that it failed.
+    return message["level"].toString() != "warn" ||
+           message["text"].toString().contains("HTTP error");
+}
+
+} // namespace
+
 void MpvPlayer::handleEvent(const QJsonObject &event)
 {
     const QString name = event["event"].toString();
@@ -18,7 +30,7 @@ void MpvPlayer::handleEvent(const QJsonObject &event)
         handlePlaybackRestart();
     else if (name == "property-change")
         handleProperty(event["name"].toString(), event["data"]);
-    else if (name == "log-message" && m_medium.firstError.isEmpty())
+    else if (name == "log-message" && m_medium.firstError.isEmpty() && tellsCause(event))
         m_medium.firstError = event["text"].toString().trimmed();
 }
 

@@ -306,6 +306,8 @@ private slots:
                                    << "cannot play /media/junk.ts: ";
         QTest::newRow("no server") << "http://127.0.0.1:1/a.ts"
                                    << "refused";
+        QTest::newRow("not on the server") << "SERVER/a.ts"
+                                           << "404 Not Found";
         QTest::newRow("no scheme of ours") << "av://lavfi:testsrc"
                                            << "does not play addresses of av:";
         QTest::newRow("not the box's") << "/etc/hostname"
@@ -330,6 +332,8 @@ private slots:
             // Long enough for the clip behind it to start on a loaded machine.
             options.startPatienceMs = 5000;
         }
+        HttpServer server;
+        url.replace("SERVER", server.url("").toString());
         Player player(options);
         player.mpv.play({url, 0});
         QTRY_COMPARE_WITH_TIMEOUT(player.ended.count(), 1, patienceMs);
